@@ -1,0 +1,33 @@
+# The two commands a newcomer needs: `make run` and `make test`.
+.PHONY: all deps build run test sanitize fuzz bench clean
+
+JOBS ?= $(shell nproc)
+
+all: build
+
+deps:
+	@bash scripts/install-deps.sh
+
+build: deps
+	cmake --preset default
+	cmake --build --preset default -j $(JOBS)
+
+run: build
+	@bash scripts/run.sh
+
+test: build
+	ctest --preset default -j $(JOBS)
+
+sanitize: deps
+	cmake --preset sanitize
+	cmake --build --preset sanitize -j $(JOBS)
+	ctest --preset sanitize -j $(JOBS)
+
+fuzz: deps
+	bash scripts/run-fuzzers.sh
+
+bench: build
+	bash scripts/run-benchmarks.sh
+
+clean:
+	rm -rf build

@@ -1,0 +1,116 @@
+#include "core/numeric.h"
+
+#include <cctype>
+#include <cfloat>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <limits>
+
+#include "core/fault.h"
+
+namespace kova {
+
+void throwOverflow(const char* what) { throw Fault(FaultKind::Overflow, std::string("Overflow: ") + what); }
+
+void throwBounds(const char* table, long index, long low, long high) {
+    throw Fault(FaultKind::Bounds, std::string("Subscript out of range: ") + table + " index " +
+                                       std::to_string(index) + " not in " + std::to_string(low) +
+                                       ".." + std::to_string(high));
+}
+
+std::int16_t narrow16(long long v) {
+    if (v < std::numeric_limits<std::int16_t>::min() || v > std::numeric_limits<std::int16_t>::max())
+        throwOverflow("16-bit integer");
+    return static_cast<std::int16_t>(v);
+}
+
+std::int32_t narrow32(long long v) {
+    if (v < std::numeric_limits<std::int32_t>::min() || v > std::numeric_limits<std::int32_t>::max())
+        throwOverflow("32-bit integer");
+    return static_cast<std::int32_t>(v);
+}
+
+std::int16_t add16(std::int16_t a, std::int16_t b) { return narrow16(static_cast<long long>(a) + b); }
+std::int16_t sub16(std::int16_t a, std::int16_t b) { return narrow16(static_cast<long long>(a) - b); }
+std::int16_t mul16(std::int16_t a, std::int16_t b) { return narrow16(static_cast<long long>(a) * b); }
+
+double roundHalfEven(double v) { return std::nearbyint(v); }  // default FE_TONEAREST: ties to even
+
+std::int16_t toInt16(double v) {
+    if (!std::isfinite(v)) throwOverflow("16-bit integer");
+    const double r = roundHalfEven(v);
+    if (r < -32768.0 || r > 32767.0) throwOverflow("16-bit integer");
+    return static_cast<std::int16_t>(r);
+}
+
+std::int32_t toInt32(double v) {
+    if (!std::isfinite(v)) throwOverflow("32-bit integer");
+    const double r = roundHalfEven(v);
+    if (r < -2147483648.0 || r > 2147483647.0) throwOverflow("32-bit integer");
+    return static_cast<std::int32_t>(r);
+}
+
+float toSingle(double v) {
+    if (!std::isfinite(v) || std::fabs(v) > static_cast<double>(FLT_MAX)) throwOverflow("single");
+    return static_cast<float>(v);
+}
+
+std::string plainNumberText(double v) {
+    if (v == 0.0 || std::isnan(v)) return "0";
+    char buf[40];
+    std::snprintf(buf, sizeof buf, "%.7G", v);
+    return buf;
+}
+
+std::string numberText(double v) {
+    std::string s = plainNumberText(v);
+    if (s[0] != '-') s.insert(s.begin(), ' ');
+    return s;
+}
+
+namespace {
+// Length of the longest prefix of s (from pos) that forms a decimal number.
+std::size_t numericPrefix(const std::string& s, std::size_t pos) {
+    std::size_t i = pos;
+    if (i < s.size() && (s[i] == '+' || s[i] == '-')) ++i;
+    std::size_t digits = 0;
+    while (i < s.size() && std::isdigit(static_cast<unsigned char>(s[i]))) ++i, ++digits;
+    if (i < s.size() && s[i] == '.') {
+        ++i;
+        while (i < s.size() && std::isdigit(static_cast<unsigned char>(s[i]))) ++i, ++digits;
+    }
+    if (digits == 0) return 0;
+    if (i < s.size() && (s[i] == 'E' || s[i] == 'e')) {
+        std::size_t j = i + 1;
+        if (j < s.size() && (s[j] == '+' || s[j] == '-')) ++j;
+        std::size_t expDigits = 0;
+        while (j < s.size() && std::isdigit(static_cast<unsigned char>(s[j]))) ++j, ++expDigits;
+        if (expDigits > 0) i = j;
+    }
+    return i - pos;
+}
+
+std::size_t skipBlanks(const std::string& s, std::size_t pos) {
+    while (pos < s.size() && (s[pos] == ' ' || s[pos] == '\t')) ++pos;
+    return pos;
+}
+}  // namespace
+
+double leadingNumber(const std::string& text) {
+    const std::size_t start = skipBlanks(text, 0);
+    const std::size_t len = numericPrefix(text, start);
+    if (len == 0) return 0.0;
+    return std::strtod(text.substr(start, len).c_str(), nullptr);
+}
+
+bool isNumeric(const std::string& text) {
+    const std::size_t start = skipBlanks(text, 0);
+    const std::size_t len = numericPrefix(text, start);
+    if (len == 0) return false;
+    return skipBlanks(text, start + len) == text.size();
+}
+
+std::int16_t textToInt16(const std::string& text) { return toInt16(leadingNumber(text)); }
+
+}  // namespace kova

@@ -1,0 +1,57 @@
+#include "core/pc_speed.h"
+
+#include <cstdio>
+
+#include "core/numeric.h"
+
+namespace kova {
+
+void RunEmptyLoop(long long rounds) {
+    volatile long long i = 0;
+    while (i < rounds) i = i + 1;
+}
+
+std::int32_t DelayFromSpeed(double pcSpeed) {
+    if (pcSpeed > 500000) return narrow32(static_cast<long long>(roundHalfEven(pcSpeed * 0.000002 + 1)) * 3);
+    return 1 * 3;
+}
+
+namespace {
+// Seconds since midnight in single precision, as the measurement reads them.
+float secondsNow(const Clock& clock) { return static_cast<float>(clock.now().secondsOfDay()); }
+
+double elapsed(float t0, float t1) {
+    double d = static_cast<double>(t1) - t0;
+    if (d < 0) d += 86400.0;  // the measurement ran across midnight
+    return d;
+}
+}  // namespace
+
+PcSpeedResult MeasurePcSpeed(const Clock& clock, const LoopRunner& loop) {
+    long long n = 1000;
+    double took = 0;
+    do {
+        n *= 10;
+        const float t0 = secondsNow(clock);
+        loop(n);
+        took = elapsed(t0, secondsNow(clock));
+    } while (took < 0.1 && n < 100000000000LL);
+    if (took <= 0) took = 0.1;
+    const auto rounds = static_cast<long long>(toInt32(static_cast<double>(n) * 2 / took));
+    const float t0 = secondsNow(clock);
+    loop(rounds);
+    double t = elapsed(t0, secondsNow(clock));
+    if (t <= 0) t = took * static_cast<double>(rounds) / static_cast<double>(n);
+    PcSpeedResult r;
+    r.PcSpeed = static_cast<double>(rounds) / t;
+    r.Delay = DelayFromSpeed(r.PcSpeed);
+    return r;
+}
+
+std::string SpeedText(const PcSpeedResult& r) {
+    char buf[96];
+    std::snprintf(buf, sizeof buf, "PC SPEED=%.2f  Delay=%d", r.PcSpeed, static_cast<int>(r.Delay));
+    return buf;
+}
+
+}  // namespace kova

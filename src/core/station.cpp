@@ -1,0 +1,31 @@
+#include "core/station.h"
+
+#include "platform/null_platform.h"
+#include "tags/tag_table.h"
+
+namespace kova {
+
+namespace {
+NullPortIo gNullPort;
+SystemClock gSystemClock;
+NullPrompter gNullPrompter;
+SilentBeeper gSilentBeeper;
+NullStatusSink gNullStatus;
+NullScanTimer gNullTimer;
+}  // namespace
+
+Platform::Platform()
+    : port(&gNullPort),
+      clock(&gSystemClock),
+      prompter(&gNullPrompter),
+      beeper(&gSilentBeeper),
+      status(&gNullStatus),
+      timer(&gNullTimer) {}
+
+Station::Station() {
+    InitSystemTags(tags);
+    RebuildTagNameIndex(tags, nameIndex);
+    BuildIOList(profile, kDaqTest);
+}
+
+}  // namespace kova

@@ -1,0 +1,25 @@
+#include "daq/port_layer.h"
+
+#include "core/fault.h"
+#include "core/numeric.h"
+
+namespace kova {
+
+void DelayLoop(std::int32_t count) {
+    if (count < 0) return;
+    // The 16-bit counter starts at 1 and is incremented count + 1 times.
+    if (count >= 32766) throwOverflow("DelayLoop count");
+    // volatile keeps the optimiser from deleting the empty loop: the wait is its only purpose.
+    volatile std::int32_t rounds = 0;
+    volatile std::int16_t ticks = 1;
+    for (std::int32_t i = 0; i <= count; ++i) {
+        rounds = rounds + 1;
+        ticks = static_cast<std::int16_t>(ticks + 1);
+    }
+}
+
+void PortBus::wait(std::int32_t times) {
+    DelayLoop(narrow32(static_cast<long long>(times) * regs_.DelayCount));
+}
+
+}  // namespace kova

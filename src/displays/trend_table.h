@@ -1,0 +1,22 @@
+#pragma once
+// The trend table (10 trends x 4 pens of tag numbers) and the shared sample ring.
+#include <cstdint>
+
+#include "core/grid.h"
+
+namespace kova {
+
+inline constexpr int kTrendRows = 200;
+
+struct TrendState {
+    Grid<std::int16_t, 10, 4> TrendTable;      // (trend, pen) -> tag number, 0 = none
+    Grid<float, kTrendRows, 40> TrendSamples;  // (row, column), column = (trend - 1) x 4 + pen
+    std::int16_t NewestSample = kTrendRows;
+    std::int16_t OldestSample = 1;
+    std::int16_t CurrentTrend = 1;  // shared by the set-up and the view window
+};
+
+// Every cell 0, the first sample goes to row 1.
+void ResetTrendSamples(TrendState& trends);
+
+}  // namespace kova

@@ -1,0 +1,32 @@
+#include "platform/recording_port_io.h"
+
+#include <algorithm>
+
+namespace kova {
+
+std::uint8_t RecordingPortIo::read(std::uint16_t port) {
+    const std::uint8_t v = inner_.read(port);
+    log_.push_back({PortAccess::Read, port, v});
+    return v;
+}
+
+void RecordingPortIo::write(std::uint16_t port, std::uint8_t value) {
+    inner_.write(port, value);
+    log_.push_back({PortAccess::Write, port, value});
+}
+
+std::size_t RecordingPortIo::reads() const {
+    return static_cast<std::size_t>(
+        std::count_if(log_.begin(), log_.end(), [](const PortAccess& a) { return a.kind == PortAccess::Read; }));
+}
+
+std::size_t RecordingPortIo::writes() const { return log_.size() - reads(); }
+
+std::vector<std::uint8_t> RecordingPortIo::writesTo(std::uint16_t port) const {
+    std::vector<std::uint8_t> out;
+    for (const PortAccess& a : log_)
+        if (a.kind == PortAccess::Write && a.port == port) out.push_back(a.value);
+    return out;
+}
+
+}  // namespace kova

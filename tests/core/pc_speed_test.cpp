@@ -1,0 +1,43 @@
+#include "core/pc_speed.h"
+
+#include <gtest/gtest.h>
+
+namespace kova {
+
+TEST(PcSpeed, DelayIsRoundedSpeedTermTimesThree) {
+    EXPECT_EQ(DelayFromSpeed(10000000), 63);  // rounded(20 + 1) x 3
+    EXPECT_EQ(DelayFromSpeed(500000), 3);
+    EXPECT_EQ(DelayFromSpeed(1), 3);
+    EXPECT_EQ(DelayFromSpeed(500001), 6);  // rounded(2.000002) x 3
+    EXPECT_EQ(DelayFromSpeed(2000000), 15);  // rounded(4 + 1) x 3
+}
+
+// A PC that runs `speed` empty rounds per second, timed by a simulated clock.
+struct SimulatedPc {
+    SimulatedClock clock{LocalDateTime{2026, 11, 15, 10, 0, 0, 0}};
+    double speed;
+    double carryMs = 0;
+    void run(long long rounds) {
+        carryMs += rounds / speed * 1000.0;
+        const auto whole = static_cast<long long>(carryMs);
+        carryMs -= static_cast<double>(whole);
+        clock.advance(whole);
+    }
+};
+
+TEST(PcSpeed, MeasuresThroughTheClockSeam) {
+    SimulatedPc pc{.speed = 10000000};
+    const PcSpeedResult r = MeasurePcSpeed(pc.clock, [&](long long n) { pc.run(n); });
+    EXPECT_NEAR(r.PcSpeed, 10000000, 20000);
+    EXPECT_EQ(r.Delay, 63);
+    EXPECT_EQ(SpeedText({10000000, 63}), "PC SPEED=10000000.00  Delay=63");
+}
+
+TEST(PcSpeed, SlowPcGetsTheMinimumDelay) {
+    SimulatedPc pc{.speed = 400000};
+    const PcSpeedResult r = MeasurePcSpeed(pc.clock, [&](long long n) { pc.run(n); });
+    EXPECT_NEAR(r.PcSpeed, 400000, 2000);
+    EXPECT_EQ(r.Delay, 3);
+}
+
+}  // namespace kova
