@@ -113,4 +113,9 @@ bool isNumeric(const std::string& text) {
 
 std::int16_t textToInt16(const std::string& text) { return toInt16(leadingNumber(text)); }
 
+std::int16_t strictTextToInt16(const std::string& text) {
+    if (!isNumeric(text)) throw Fault(FaultKind::Invalid, "Type mismatch: \"" + text + "\" is not a number");
+    return toInt16(leadingNumber(text));
+}
+
 }  // namespace kova

@@ -39,5 +39,8 @@ bool isNumeric(const std::string& text);
 // Text-to-16-bit-integer conversion of a text box: leading numeric prefix, rounded half
 // to even; faults (Overflow) when outside 16 bits.
 std::int16_t textToInt16(const std::string& text);
+// A text box read as a whole number where the text must be a number: faults (Invalid,
+// "Type mismatch") when it is not, (Overflow) when it does not fit 16 bits.
+std::int16_t strictTextToInt16(const std::string& text);
 
 }  // namespace kova

@@ -1,0 +1,36 @@
+#pragma once
+// Whole-configuration operations: defaults, start-up, File New / Load / Save.
+#include <filesystem>
+#include <string>
+
+#include "core/station.h"
+
+namespace kova {
+
+inline constexpr const char* kDefaultSetupFile = "Default.Suf";
+
+// File New: clears tags 1..32, screens, alarms and control lines, resets the periods to
+// one second each, trends to the I/O period and the trend sample ring. (The message
+// "Configuration Set to Default" is the caller's.)
+void ApplyFileNewDefaults(Station& st);
+// Start-up without a loadable setup file: File New's defaults plus logging, daily files,
+// alarms and control off, LPT 1 with base 0, the TEST module.
+void ApplyStartupDefaults(Station& st);
+// After a setup file was read: slopes and offsets, the I/O list of the saved type, the
+// name index, the module summary and the control count are derived again.
+void DeriveAfterLoad(Station& st);
+
+struct LoadOutcome {
+    bool ok = false;
+    std::string error;  // names the file and what was wrong
+};
+// The main window's start-up: calibration file, "Default.Suf" (defaults when it cannot be
+// loaded), system tags, trend ring reset, port selection and one write of the analog outputs.
+LoadOutcome StartStation(Station& st);
+// Loads a setup file into the station; on failure the defaults are applied and the
+// error names the file.
+LoadOutcome LoadConfiguration(Station& st, const std::filesystem::path& file);
+// Saves the station's configuration atomically; faults (File) on failure.
+void SaveConfiguration(const Station& st, const std::filesystem::path& file);
+
+}  // namespace kova
