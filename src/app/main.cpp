@@ -1,18 +1,39 @@
-// KOVA: the desktop program. The main window arrives with the application shell; until
-// then this shows an empty main window over a station with the defaults.
-#include <QApplication>
-#include <QLabel>
-#include <QMainWindow>
+// KOVA: the desktop program. The splash measures the PC's speed, then the main window
+// loads the configuration and runs the scan until File Exit.
+#include <filesystem>
+#include <memory>
+#include <stdexcept>
 
+#include "app/kova_application.h"
+#include "app/main_window.h"
+#include "app/splash_window.h"
+#include "core/splash_pause.h"
 #include "core/station.h"
+#include "daq/port_layer.h"
 
 int main(int argc, char** argv) {
-    QApplication app(argc, argv);
+    kova::app::KovaApplication app(argc, argv);
     kova::Station station;
-    QMainWindow window;
-    window.setWindowTitle("KOVA - Default.Suf");
-    window.setCentralWidget(new QLabel("KOVA"));
-    window.resize(640, 400);
-    window.show();
-    return app.exec();
+    station.workingFolder = std::filesystem::current_path();
+
+    std::unique_ptr<kova::app::MainWindow> mainWindow;
+    kova::app::SplashWindow splash(
+        [&] { return kova::MeasurePcSpeed(*station.platform.clock); },
+        [](std::int32_t delay) { kova::SplashPause(delay, kova::DelayLoop); });
+    QObject::connect(&splash, &kova::app::SplashWindow::finished, [&](kova::PcSpeedResult speed) {
+        station.daq.Port.DelayCount = speed.Delay;
+        mainWindow = std::make_unique<kova::app::MainWindow>(station);
+        app.setErrorReport(&mainWindow->errorReport());
+        mainWindow->startUp();
+        mainWindow->show();
+        if (!splash.fault().empty())
+            mainWindow->errorReport().report(std::runtime_error(splash.fault()));
+        mainWindow->startScan();
+        splash.close();
+    });
+    splash.start();
+    const int rc = app.exec();
+    app.setErrorReport(nullptr);
+    mainWindow.reset();
+    return rc;
 }

@@ -1,0 +1,405 @@
+#include "app/main_window.h"
+
+#include <QAction>
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QGridLayout>
+#include <QLabel>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QStatusBar>
+#include <QVBoxLayout>
+#include <iostream>
+
+#include "app/engine_link.h"
+#include "app/file_commands.h"
+#include "app/help_window.h"
+#include "app/qt_printer.h"
+#include "app/qt_prompter.h"
+#include "app/qt_seams.h"
+#include "core/forms/periods_form.h"
+#include "tags/forms/daq_type_form.h"
+
+namespace kova::app {
+
+namespace {
+
+QPushButton* runButton(const char* name, const char* caption, QWidget* parent) {
+    auto* b = new QPushButton(caption, parent);
+    b->setObjectName(name);
+    b->setMinimumWidth(120);
+    return b;
+}
+
+// A check box that shows a switch: only the program sets it.
+QCheckBox* indicator(const char* name, QWidget* parent) {
+    auto* c = new QCheckBox(parent);
+    c->setObjectName(name);
+    c->setAttribute(Qt::WA_TransparentForMouseEvents);
+    c->setFocusPolicy(Qt::NoFocus);
+    return c;
+}
+
+const char* windowName(WindowKind kind) {
+    switch (kind) {
+        case WindowKind::Tags:
+            return "Tags";
+        case WindowKind::Periods:
+            return "Periods";
+        case WindowKind::Screens:
+            return "Screens";
+        case WindowKind::TrendSetup:
+            return "TrendSetup";
+        case WindowKind::LogParameters:
+            return "LogParameters";
+        case WindowKind::LogStartStop:
+            return "LogStartStop";
+        case WindowKind::AlarmSetup:
+            return "AlarmSetup";
+        case WindowKind::ControlLanguage:
+            return "ControlLanguage";
+        case WindowKind::Calibration:
+            return "Calibration";
+        case WindowKind::Readings:
+            return "Readings";
+        case WindowKind::MinMax:
+            return "MinMax";
+        case WindowKind::Trends:
+            return "Trends";
+        case WindowKind::AlarmList:
+            return "AlarmList";
+        case WindowKind::History:
+            return "History";
+        case WindowKind::PrinterAddress:
+            return "PrinterAddress";
+        case WindowKind::DaqType:
+            return "DaqType";
+        case WindowKind::Help:
+            return "Help";
+    }
+    return "";
+}
+
+// The help viewer seam on the main window's help window.
+class WindowHelpViewer final : public HelpViewer {
+  public:
+    explicit WindowHelpViewer(MainWindow& w) : w_(w) {}
+    void showTopic(const std::string& topic) override {
+        w_.showHelp(QString::fromStdString(topic));
+    }
+
+  private:
+    MainWindow& w_;
+};
+
+}  // namespace
+
+MainWindow::MainWindow(Station& st, Prompter* prompter, std::ostream* errors)
+    : st_(st), savedPlatform_(st.platform), report_(st.platform, errors ? *errors : std::cerr) {
+    setObjectName("MainFrm");
+    setWindowTitle(QString::fromStdString(MainWindowTitle(st_)));
+
+    // The buttons and their check boxes.
+    auto* central = new QWidget(this);
+    cmdPoll_ = runButton("CmdPoll", "Poll I/O", central);
+    cmdLog_ = runButton("CmdLog", "Log Data", central);
+    cmdAlarms_ = runButton("CmdAlarms", "Alarms", central);
+    cmdControl_ = runButton("CmdControl", "Control", central);
+    optPoll_ = indicator("OptPoll", central);
+    optLog_ = indicator("OptLog", central);
+    optAlarm_ = indicator("OptAlarm", central);
+    optControl_ = indicator("OptControl", central);
+    moduleLabel_ = new QLabel(central);
+    moduleLabel_->setObjectName("LblModule");
+
+    auto* grid = new QGridLayout;
+    grid->setHorizontalSpacing(10);
+    grid->setVerticalSpacing(8);
+    QPushButton* buttons[] = {cmdPoll_, cmdLog_, cmdAlarms_, cmdControl_};
+    QCheckBox* boxes[] = {optPoll_, optLog_, optAlarm_, optControl_};
+    for (int i = 0; i < 4; ++i) {
+        grid->addWidget(buttons[i], i, 0);
+        grid->addWidget(boxes[i], i, 1);
+    }
+    auto* title = new QLabel("KOVA For Parallel Port DAQs", central);
+    QFont big = title->font();
+    big.setPointSize(big.pointSize() + 4);
+    big.setBold(true);
+    title->setFont(big);
+    auto* layout = new QVBoxLayout(central);
+    layout->addWidget(title);
+    layout->addWidget(moduleLabel_);
+    layout->addSpacing(8);
+    layout->addLayout(grid);
+    layout->addStretch();
+    setCentralWidget(central);
+
+    connect(cmdPoll_, &QPushButton::clicked, this, &MainWindow::cmdPoll);
+    connect(cmdLog_, &QPushButton::clicked, this, &MainWindow::cmdLog);
+    connect(cmdAlarms_, &QPushButton::clicked, this, &MainWindow::cmdAlarms);
+    connect(cmdControl_, &QPushButton::clicked, this, &MainWindow::cmdControl);
+
+    statusPanel_ = new QLabel(this);
+    statusPanel_->setObjectName("StatusBar1");
+    statusBar()->addWidget(statusPanel_, 1);
+
+    buildMenus();
+
+    // The seams on Qt.
+    if (!prompter) {
+        ownPrompter_ = std::make_unique<QtPrompter>(this);
+        prompter = ownPrompter_.get();
+    }
+    status_ = std::make_unique<LabelStatusSink>(statusPanel_);
+    timerSeam_ = std::make_unique<QtScanTimer>(&hiTime2_);
+    beeper_ = std::make_unique<QtBeeper>();
+    printer_ = std::make_unique<QtPrinter>(this);
+    help_ = std::make_unique<WindowHelpViewer>(*this);
+    st_.platform.prompter = prompter;
+    st_.platform.status = status_.get();
+    st_.platform.timer = timerSeam_.get();
+    st_.platform.beeper = beeper_.get();
+
+    hiTime2_.setObjectName("HiTime2");
+    hiTime2_.setTimerType(Qt::PreciseTimer);
+    hiTime2_.setInterval(100);  // the first tick sets the I/O period's interval
+    connect(&hiTime2_, &QTimer::timeout, this, &MainWindow::tick);
+
+    resize(440, 300);
+    mirror();
+}
+
+MainWindow::~MainWindow() {
+    hiTime2_.stop();
+    windows_.closeAll();
+    st_.platform = savedPlatform_;
+}
+
+QAction* MainWindow::addItem(QMenu* menu, const char* name, const char* caption) {
+    QAction* a = menu->addAction(caption);
+    a->setObjectName(name);
+    return a;
+}
+
+QAction* MainWindow::addWindowItem(QMenu* menu, const char* name, const char* caption,
+                                   WindowKind kind) {
+    QAction* a = addItem(menu, name, caption);
+    connect(a, &QAction::triggered, this, [this, kind] { openWindow(kind); });
+    return a;
+}
+
+void MainWindow::buildMenus() {
+    QMenu* file = menuBar()->addMenu("&File");
+    file->setObjectName("MenuFile");
+    connect(addItem(file, "FileNew", "&New"), &QAction::triggered, this, &MainWindow::fileNew);
+    connect(addItem(file, "FileLoad", "&Load"), &QAction::triggered, this, &MainWindow::fileLoad);
+    connect(addItem(file, "FileSave", "&Save"), &QAction::triggered, this, &MainWindow::fileSave);
+    connect(addItem(file, "FileSaveAs", "Save&As"), &QAction::triggered, this,
+            &MainWindow::fileSaveAs);
+    connect(addItem(file, "FileExit", "E&xit"), &QAction::triggered, this, &QWidget::close);
+
+    QMenu* setup = menuBar()->addMenu("&SetUp");
+    setup->setObjectName("MenuSetUp");
+    addWindowItem(setup, "SetUpTags", "&Tags", WindowKind::Tags);
+    addWindowItem(setup, "SetPeriods", "&Periods", WindowKind::Periods);
+    addWindowItem(setup, "SetUpScreens", "&Screens", WindowKind::Screens);
+    addWindowItem(setup, "SetUpTrends", "T&rends", WindowKind::TrendSetup);
+    QMenu* logging = setup->addMenu("&Logging");
+    logging->setObjectName("Logging");
+    addWindowItem(logging, "Parameters", "&Parameters", WindowKind::LogParameters);
+    addWindowItem(logging, "StartStop", "&StartStop", WindowKind::LogStartStop);
+    addWindowItem(setup, "Alarms", "&Alarms", WindowKind::AlarmSetup);
+    addWindowItem(setup, "Control", "&Control Language", WindowKind::ControlLanguage);
+    addWindowItem(setup, "Calibration", "C&alibration", WindowKind::Calibration);
+
+    QMenu* view = menuBar()->addMenu("&View");
+    view->setObjectName("MenuView");
+    addWindowItem(view, "ViewReadings", "&Readings", WindowKind::Readings);
+    addWindowItem(view, "MinMax", "&Min Max Readings", WindowKind::MinMax);
+    addWindowItem(view, "ViewTrends", "&Trends", WindowKind::Trends);
+    addWindowItem(view, "AlarmView", "&Alarms", WindowKind::AlarmList);
+    addWindowItem(view, "History", "&History", WindowKind::History);
+
+    QMenu* port = menuBar()->addMenu("&PrinterPort");
+    port->setObjectName("MenuPrinterPort");
+    addWindowItem(port, "PrinterAddress", "&Address", WindowKind::PrinterAddress);
+    addWindowItem(port, "SetupDAQ", "&DAQ Type", WindowKind::DaqType);
+
+    // "&Help" is a command of the menu bar itself.
+    QAction* help = menuBar()->addAction("&Help");
+    help->setObjectName("Help");
+    connect(help, &QAction::triggered, this, [this] { help_->showTopic(kHelpIntroduction); });
+}
+
+void MainWindow::startUp() {
+    CenterOnScreen(this);
+    report_.guard([&] {
+        const LoadOutcome outcome = StartUp(st_);
+        // A missing or unreadable "Default.Suf" is not an error: the defaults are in use.
+        if (!outcome.ok && !outcome.error.empty())
+            std::cerr << "kova: " << outcome.error << std::endl;
+    });
+    refreshTitle();
+    mirror();
+}
+
+void MainWindow::startScan() {
+    hiTime2_.start();
+}
+
+void MainWindow::tick() {
+    report_.guardTick([&] { RunTick(st_); });
+    mirror();
+}
+
+void MainWindow::mirror() {
+    MirrorSwitches(st_.switches, boxes_);
+    optPoll_->setChecked(boxes_.OptPoll);
+    optLog_->setChecked(boxes_.OptLog);
+    optAlarm_->setChecked(boxes_.OptAlarm);
+    optControl_->setChecked(boxes_.OptControl);
+    const QString module = "DAQ Type: " + QString::fromStdString(st_.profile.TypeString);
+    if (moduleLabel_->text() != module) moduleLabel_->setText(module);
+}
+
+void MainWindow::refreshTitle() {
+    setWindowTitle(QString::fromStdString(MainWindowTitle(st_)));
+}
+
+QString MainWindow::statusText() const {
+    return statusPanel_->text();
+}
+
+void MainWindow::cmdPoll() {
+    report_.guard([&] { TogglePoll(st_); });
+    mirror();
+}
+
+void MainWindow::cmdLog() {
+    report_.guard([&] { ToggleLog(st_); });
+    mirror();
+}
+
+void MainWindow::cmdAlarms() {
+    report_.guard([&] { ToggleAlarms(st_); });
+    mirror();
+}
+
+void MainWindow::cmdControl() {
+    report_.guard([&] { ToggleControls(st_); });
+    mirror();
+}
+
+void MainWindow::fileNew() {
+    report_.guard([&] { FileNew(st_); });
+    refreshTitle();
+    mirror();
+}
+
+void MainWindow::fileLoad() {
+    report_.guard([&] { FileLoad(st_); });
+    refreshTitle();
+    mirror();
+}
+
+void MainWindow::fileSave() {
+    report_.guard([&] { FileSave(st_); });
+    refreshTitle();
+}
+
+void MainWindow::fileSaveAs() {
+    report_.guard([&] { FileSaveAs(st_); });
+    refreshTitle();
+}
+
+void MainWindow::openWindow(WindowKind kind) {
+    if (kind == WindowKind::Help) {
+        help_->showTopic(kHelpIntroduction);
+        return;
+    }
+    report_.guard([&] {
+        if (kind == WindowKind::Calibration && !CalibrationMayOpen(st_)) return;
+        windows_.open(windowName(kind), [&] { return createWindow(kind); });
+    });
+}
+
+void MainWindow::showHelp(const QString& topic) {
+    report_.guard([&] {
+        QWidget* w = windows_.open(windowName(WindowKind::Help),
+                                   [&] { return createWindow(WindowKind::Help); });
+        if (auto* help = qobject_cast<HelpWindow*>(w)) help->showTopic(topic);
+    });
+}
+
+// The one place where each menu item's window is made. Windows still to come leave a note
+// in the status bar.
+QWidget* MainWindow::createWindow(WindowKind kind) {
+    switch (kind) {
+        case WindowKind::Periods:
+            return new PeriodsWindow(st_, report_, this);
+        case WindowKind::DaqType: {
+            auto* w = new DaqTypeWindow(st_, report_, this);
+            connect(w, &DaqTypeWindow::daqTypeApplied, this, &MainWindow::mirror);
+            return w;
+        }
+        case WindowKind::Help:
+            return new HelpWindow(this);
+        case WindowKind::Tags:
+            notAvailable("Tag Configuration");
+            return nullptr;
+        case WindowKind::Screens:
+            notAvailable("Screen Set Up");
+            return nullptr;
+        case WindowKind::TrendSetup:
+            notAvailable("Trend Set Up");
+            return nullptr;
+        case WindowKind::LogParameters:
+            notAvailable("Logging Parameters");
+            return nullptr;
+        case WindowKind::LogStartStop:
+            notAvailable("Logging Start/Stop");
+            return nullptr;
+        case WindowKind::AlarmSetup:
+            notAvailable("Alarm Set Up");
+            return nullptr;
+        case WindowKind::ControlLanguage:
+            notAvailable("Control Language");
+            return nullptr;
+        case WindowKind::Calibration:
+            notAvailable("Calibration");
+            return nullptr;
+        case WindowKind::Readings:
+            notAvailable("Readings");
+            return nullptr;
+        case WindowKind::MinMax:
+            notAvailable("Min Max Readings");
+            return nullptr;
+        case WindowKind::Trends:
+            notAvailable("Trends");
+            return nullptr;
+        case WindowKind::AlarmList:
+            notAvailable("Alarms");
+            return nullptr;
+        case WindowKind::History:
+            notAvailable("History");
+            return nullptr;
+        case WindowKind::PrinterAddress:
+            notAvailable("Printer Port Address");
+            return nullptr;
+    }
+    return nullptr;
+}
+
+void MainWindow::notAvailable(const QString& what) {
+    statusPanel_->setText("The " + what + " window is not part of this version yet");
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    // File Exit and the window's close box both end the program: the log file is closed.
+    report_.guard([&] { CloseLog(st_); });
+    hiTime2_.stop();
+    windows_.closeAll();
+    event->accept();
+}
+
+}  // namespace kova::app

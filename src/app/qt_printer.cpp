@@ -1,0 +1,53 @@
+#include "app/qt_printer.h"
+
+#include <QFont>
+#include <QPainter>
+#include <QPixmap>
+#include <QPrintDialog>
+#include <QPrinter>
+#include <QTextDocument>
+
+namespace kova::app {
+
+bool QtPrinter::choosePrinter(QPrinter& printer) {
+    if (!outputFile_.isEmpty()) {
+        printer.setOutputFormat(QPrinter::PdfFormat);
+        printer.setOutputFileName(outputFile_);
+        return true;
+    }
+    QPrintDialog dialog(&printer, parent_);
+    dialog.setObjectName("KovaPrintDialog");
+    return dialog.exec() == QDialog::Accepted;
+}
+
+bool QtPrinter::printText(const std::string& documentName, const std::string& text) {
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setDocName(QString::fromStdString(documentName));
+    if (!choosePrinter(printer)) return false;
+    QTextDocument doc;
+    QFont font("Monospace");
+    font.setStyleHint(QFont::TypeWriter);
+    font.setPointSize(10);
+    doc.setDefaultFont(font);
+    doc.setPlainText(QString::fromStdString(text));
+    doc.print(&printer);
+    return true;
+}
+
+bool QtPrinter::printWidget(QWidget* window, const QString& documentName) {
+    if (!window) return false;
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setDocName(documentName);
+    if (!choosePrinter(printer)) return false;
+    const QPixmap image = window->grab();
+    QPainter painter;
+    if (!painter.begin(&printer)) return false;
+    const QRect page = painter.viewport();
+    QSize size = image.size();
+    size.scale(page.size(), Qt::KeepAspectRatio);
+    painter.drawPixmap(QRect(page.topLeft(), size), image);
+    painter.end();
+    return true;
+}
+
+}  // namespace kova::app

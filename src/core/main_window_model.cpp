@@ -1,0 +1,45 @@
+#include "core/main_window_model.h"
+
+namespace kova {
+
+void MirrorSwitches(const RunSwitches& sw, SwitchIndicators& boxes) {
+    boxes.OptPoll = sw.PollEnabled;
+    boxes.OptLog = sw.LoggingEnabled.isOn();
+    if (sw.AlarmsEnabled == 1) boxes.OptAlarm = true;
+    if (sw.AlarmsEnabled == 0) boxes.OptAlarm = false;
+    if (sw.ControlsEnabled == 1) boxes.OptControl = true;
+    if (sw.ControlsEnabled == 0) boxes.OptControl = false;
+}
+
+void TogglePoll(Station& st) {
+    st.switches.PollEnabled = !st.switches.PollEnabled;
+}
+
+void ToggleAlarms(Station& st) {
+    st.switches.AlarmsEnabled = st.switches.AlarmsEnabled == 0 ? 1 : 0;
+}
+
+void ToggleControls(Station& st) {
+    st.switches.ControlsEnabled = st.switches.ControlsEnabled == 0 ? 1 : 0;
+}
+
+bool CalibrationMayOpen(Station& st) {
+    if (st.profile.AnalogInputs < 1) {
+        st.platform.prompter->message(
+            "The " + st.profile.TypeString + " Module Has No Analog Inputs", "ERROR");
+        return false;
+    }
+    return true;
+}
+
+std::string MainWindowTitle(const Station& st) {
+    std::string title = kAppTitle;
+    if (st.setupFileName.empty()) return title;
+    // The name may come from a file written on Windows, with backslashes.
+    std::string name = st.setupFileName;
+    const auto cut = name.find_last_of("/\\");
+    if (cut != std::string::npos) name = name.substr(cut + 1);
+    return title + " - " + name;
+}
+
+}  // namespace kova

@@ -1,0 +1,37 @@
+#pragma once
+// The main window's rules: the check boxes beside the run buttons, what the Poll I/O,
+// Alarms and Control buttons switch, the calibration menu's check and the title.
+#include <string>
+
+#include "core/station.h"
+
+namespace kova {
+
+// The four check boxes that only the program sets.
+struct SwitchIndicators {
+    bool OptPoll = false;
+    bool OptLog = false;
+    bool OptAlarm = false;
+    bool OptControl = false;
+    bool operator==(const SwitchIndicators&) const = default;
+};
+
+// Sets the boxes from the switches. Alarms and control show 1 checked and 0 unchecked;
+// any other value leaves the box as it is.
+void MirrorSwitches(const RunSwitches& sw, SwitchIndicators& boxes);
+
+// CmdPoll: polling off -> on, on -> off.
+void TogglePoll(Station& st);
+// CmdAlarms: 0 -> 1, anything else -> 0.
+void ToggleAlarms(Station& st);
+// CmdControl: 0 -> 1, anything else -> 0.
+void ToggleControls(Station& st);
+
+// SetUp / Calibration: a module without analog inputs gets "The <type> Module Has No
+// Analog Inputs" (title "ERROR") and no window. True when the window may open.
+bool CalibrationMayOpen(Station& st);
+
+// The main window's caption: the program and the setup file in use.
+std::string MainWindowTitle(const Station& st);
+
+}  // namespace kova

@@ -1,0 +1,49 @@
+#include "app/help_window.h"
+
+#include <gtest/gtest.h>
+
+#include <QPushButton>
+#include <QTextBrowser>
+#include <QTextDocument>
+
+#include "ui/ui_support.h"
+
+namespace kova::app {
+
+TEST(HelpWindow, TheDocumentShipsWithTheProgramAndOpensAtTheIntroduction) {
+    HelpWindow w;
+    w.showTopic("Introduction");
+    EXPECT_EQ(w.windowTitle(), "KOVA Help");
+    const QString text = w.browser()->toPlainText();
+    EXPECT_TRUE(text.contains("Introduction"));
+    EXPECT_GT(text.size(), 2000);  // a real document, not a placeholder
+    EXPECT_EQ(w.browser()->source().fragment(), "Introduction");
+}
+
+TEST(HelpWindow, EveryWindowOfTheProgramHasATopic) {
+    HelpWindow w;
+    w.showTopic("Contents");
+    const QString html = w.browser()->document()->toHtml();
+    for (const char* topic :
+         {"Introduction", "FirstSession", "MainWindow", "FileMenu", "Periods", "DaqType",
+          "AnalogTag", "PrinterPort", "Calibration", "Tags", "Screens", "Trends", "Logging",
+          "Alarms", "ControlLanguage", "Readings", "MinMax", "History", "Errors"}) {
+        EXPECT_TRUE(html.contains(QString("name=\"%1\"").arg(topic))) << topic;
+    }
+}
+
+TEST(HelpWindow, TheTestModuleSessionIsDescribed) {
+    HelpWindow w;
+    w.showTopic("FirstSession");
+    EXPECT_TRUE(w.browser()->toPlainText().contains("TEST"));
+    EXPECT_TRUE(w.browser()->toPlainText().contains("Poll I/O"));
+}
+
+TEST(HelpWindow, ExitClosesIt) {
+    HelpWindow w;
+    w.show();
+    test::child<QPushButton>(&w, "CmdExit")->click();
+    EXPECT_FALSE(w.isVisible());
+}
+
+}  // namespace kova::app

@@ -1,0 +1,389 @@
+#include "app/main_window.h"
+
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QCheckBox>
+#include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QStatusBar>
+#include <QTest>
+#include <QTextBrowser>
+#include <sstream>
+
+#include "app/help_window.h"
+#include "core/fault.h"
+#include "core/forms/periods_form.h"
+#include "support/test_support.h"
+#include "ui/ui_support.h"
+
+namespace kova::app {
+
+namespace {
+
+struct Rig {
+    test::TempFolder folder;
+    Station st;
+    test::ScriptedPrompter prompt;
+    std::ostringstream errors;
+    std::unique_ptr<MainWindow> w;
+    Rig() {
+        st.workingFolder = folder.path();
+        w = std::make_unique<MainWindow>(st, &prompt, &errors);
+    }
+    QAction* action(const char* name) { return test::child<QAction>(w.get(), name); }
+    QPushButton* button(const char* name) { return test::child<QPushButton>(w.get(), name); }
+    QCheckBox* box(const char* name) { return test::child<QCheckBox>(w.get(), name); }
+    QWidget* opened(const char* kind) { return w->windows().find(kind); }
+};
+
+void expectItems(QMenu* menu, const std::vector<std::pair<std::string, std::string>>& expected) {
+    ASSERT_NE(menu, nullptr);
+    const auto actions = menu->actions();
+    ASSERT_EQ(actions.size(), static_cast<qsizetype>(expected.size()))
+        << menu->title().toStdString();
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+        EXPECT_EQ(actions[static_cast<qsizetype>(i)]->objectName().toStdString(),
+                  expected[i].first);
+        EXPECT_EQ(actions[static_cast<qsizetype>(i)]->text().toStdString(), expected[i].second);
+        EXPECT_TRUE(actions[static_cast<qsizetype>(i)]->isEnabled()) << expected[i].first;
+    }
+}
+
+}  // namespace
+
+TEST(MainWindow, TitleNamesTheProgramAndTheSetupFileInUse) {
+    Rig r;
+    r.w->startUp();
+    EXPECT_EQ(r.w->windowTitle(), "KOVA - Default.Suf");
+    EXPECT_EQ(r.w->objectName(), "MainFrm");
+}
+
+TEST(MainWindow, MenuBarHasTheFiveMenusInOrder) {
+    Rig r;
+    const auto top = r.w->menuBar()->actions();
+    ASSERT_EQ(top.size(), 5);
+    EXPECT_EQ(top[0]->text(), "&File");
+    EXPECT_EQ(top[1]->text(), "&SetUp");
+    EXPECT_EQ(top[2]->text(), "&View");
+    EXPECT_EQ(top[3]->text(), "&PrinterPort");
+    EXPECT_EQ(top[4]->text(), "&Help");
+    EXPECT_EQ(top[4]->objectName(), "Help");
+    EXPECT_EQ(top[4]->menu(), nullptr);  // Help is a command of the menu bar itself
+}
+
+TEST(MainWindow, FileMenuItems) {
+    Rig r;
+    expectItems(r.w->menuBar()->actions()[0]->menu(), {{"FileNew", "&New"},
+                                                       {"FileLoad", "&Load"},
+                                                       {"FileSave", "&Save"},
+                                                       {"FileSaveAs", "Save&As"},
+                                                       {"FileExit", "E&xit"}});
+}
+
+TEST(MainWindow, SetUpMenuItemsWithTheLoggingSubmenu) {
+    Rig r;
+    QMenu* setup = r.w->menuBar()->actions()[1]->menu();
+    expectItems(setup, {{"SetUpTags", "&Tags"},
+                        {"SetPeriods", "&Periods"},
+                        {"SetUpScreens", "&Screens"},
+                        {"SetUpTrends", "T&rends"},
+                        {"", "&Logging"},
+                        {"Alarms", "&Alarms"},
+                        {"Control", "&Control Language"},
+                        {"Calibration", "C&alibration"}});
+    QMenu* logging = setup->actions()[4]->menu();
+    ASSERT_NE(logging, nullptr);
+    EXPECT_EQ(logging->objectName(), "Logging");
+    expectItems(logging, {{"Parameters", "&Parameters"}, {"StartStop", "&StartStop"}});
+}
+
+TEST(MainWindow, ViewMenuItems) {
+    Rig r;
+    expectItems(r.w->menuBar()->actions()[2]->menu(), {{"ViewReadings", "&Readings"},
+                                                       {"MinMax", "&Min Max Readings"},
+                                                       {"ViewTrends", "&Trends"},
+                                                       {"AlarmView", "&Alarms"},
+                                                       {"History", "&History"}});
+}
+
+TEST(MainWindow, PrinterPortMenuItems) {
+    Rig r;
+    expectItems(r.w->menuBar()->actions()[3]->menu(),
+                {{"PrinterAddress", "&Address"}, {"SetupDAQ", "&DAQ Type"}});
+}
+
+TEST(MainWindow, FourRunButtonsWithTheirCaptions) {
+    Rig r;
+    EXPECT_EQ(r.button("CmdPoll")->text(), "Poll I/O");
+    EXPECT_EQ(r.button("CmdLog")->text(), "Log Data");
+    EXPECT_EQ(r.button("CmdAlarms")->text(), "Alarms");
+    EXPECT_EQ(r.button("CmdControl")->text(), "Control");
+    EXPECT_NE(r.w->statusBar(), nullptr);
+    EXPECT_NE(r.w->findChild<QWidget*>("StatusBar1"), nullptr);
+}
+
+TEST(MainWindow, CheckBoxesCannotBeSetByTheUser) {
+    Rig r;
+    r.w->show();
+    QCheckBox* opt = r.box("OptPoll");
+    QTest::mouseClick(opt, Qt::LeftButton);
+    EXPECT_FALSE(opt->isChecked());
+    EXPECT_FALSE(r.st.switches.PollEnabled);
+    EXPECT_EQ(opt->focusPolicy(), Qt::NoFocus);
+}
+
+TEST(MainWindow, PollButtonTogglesPollingAndItsBox) {
+    Rig r;
+    r.w->show();
+    QTest::mouseClick(r.button("CmdPoll"), Qt::LeftButton);
+    EXPECT_TRUE(r.st.switches.PollEnabled);
+    EXPECT_TRUE(r.box("OptPoll")->isChecked());
+    QTest::mouseClick(r.button("CmdPoll"), Qt::LeftButton);
+    EXPECT_FALSE(r.st.switches.PollEnabled);
+    EXPECT_FALSE(r.box("OptPoll")->isChecked());
+}
+
+TEST(MainWindow, AlarmsButtonTogglesAlarmsAndItsBox) {
+    Rig r;
+    r.button("CmdAlarms")->click();
+    EXPECT_EQ(r.st.switches.AlarmsEnabled, 1);
+    EXPECT_TRUE(r.box("OptAlarm")->isChecked());
+    r.button("CmdAlarms")->click();
+    EXPECT_EQ(r.st.switches.AlarmsEnabled, 0);
+    EXPECT_FALSE(r.box("OptAlarm")->isChecked());
+}
+
+TEST(MainWindow, ControlButtonTogglesControlAndItsBox) {
+    Rig r;
+    r.button("CmdControl")->click();
+    EXPECT_EQ(r.st.switches.ControlsEnabled, 1);
+    EXPECT_TRUE(r.box("OptControl")->isChecked());
+    r.button("CmdControl")->click();
+    EXPECT_EQ(r.st.switches.ControlsEnabled, 0);
+    EXPECT_FALSE(r.box("OptControl")->isChecked());
+}
+
+TEST(MainWindow, LogDataWithoutALogFileNameSaysSoAndLeavesLoggingOff) {
+    Rig r;
+    r.st.logging.LogFileName.clear();
+    r.button("CmdLog")->click();
+    ASSERT_EQ(r.prompt.messages.size(), 1u);
+    EXPECT_EQ(r.prompt.messages[0].text, "Error No Log File Name Has Been Entered");
+    EXPECT_FALSE(r.st.switches.LoggingEnabled.isOn());
+    EXPECT_FALSE(r.box("OptLog")->isChecked());
+}
+
+TEST(MainWindow, EveryTickMirrorsTheSwitchesChangedElsewhere) {
+    Rig r;
+    r.st.switches.PollEnabled = true;
+    r.st.switches.LoggingEnabled = Variant::integer(1);
+    r.st.switches.AlarmsEnabled = 1;
+    r.st.switches.ControlsEnabled = 1;
+    EXPECT_FALSE(r.box("OptPoll")->isChecked());
+    r.w->tick();
+    EXPECT_TRUE(r.box("OptPoll")->isChecked());
+    EXPECT_TRUE(r.box("OptLog")->isChecked());
+    EXPECT_TRUE(r.box("OptAlarm")->isChecked());
+    EXPECT_TRUE(r.box("OptControl")->isChecked());
+    r.st.switches.AlarmsEnabled = 0;
+    r.st.switches.LoggingEnabled = Variant::integer(0);
+    r.w->tick();
+    EXPECT_FALSE(r.box("OptAlarm")->isChecked());
+    EXPECT_FALSE(r.box("OptLog")->isChecked());
+    EXPECT_TRUE(r.box("OptControl")->isChecked());
+}
+
+TEST(MainWindow, TheScanTimerIsPreciseAndTheScanSetsItsInterval) {
+    Rig r;
+    EXPECT_EQ(r.w->scanTimer()->timerType(), Qt::PreciseTimer);
+    EXPECT_EQ(r.w->scanTimer()->objectName(), "HiTime2");
+    r.st.periods.IOPeriod = 250;
+    r.st.periods.IOUnits = kUnitMs;
+    r.w->tick();
+    EXPECT_EQ(r.w->scanTimer()->interval(), 250);
+    r.st.periods.IOPeriod = 5;
+    r.st.periods.IOUnits = kUnitSeconds;
+    r.w->tick();
+    EXPECT_EQ(r.w->scanTimer()->interval(), 1000);
+}
+
+TEST(MainWindow, TheScanRunsFromTheTimerWhileTheGuiStaysLive) {
+    Rig r;
+    r.st.periods.IOPeriod = 50;
+    r.st.periods.IOUnits = kUnitMs;
+    r.w->show();
+    r.w->startScan();
+    EXPECT_TRUE(r.w->scanTimer()->isActive());
+    r.st.switches.AlarmsEnabled = 1;
+    EXPECT_TRUE(QTest::qWaitFor([&] { return r.box("OptAlarm")->isChecked(); }, 2000));
+    EXPECT_EQ(r.w->scanTimer()->interval(), 50);
+    // A button still works between ticks.
+    QTest::mouseClick(r.button("CmdControl"), Qt::LeftButton);
+    EXPECT_EQ(r.st.switches.ControlsEnabled, 1);
+}
+
+TEST(MainWindow, AFaultInTheScanIsReportedOnceWhileItRepeats) {
+    Rig r;
+    // A digital input tag on channel 17 faults on every scan.
+    auto faulting = [&] {
+        r.w->errorReport().guardTick([] { throwBounds("DigitalInputs", 17, 1, 16); });
+    };
+    faulting();
+    faulting();
+    faulting();
+    ASSERT_EQ(r.prompt.messages.size(), 1u);
+    EXPECT_EQ(r.prompt.messages[0].title, "KOVA");
+    EXPECT_NE(r.prompt.messages[0].text.find("Subscript out of range"), std::string::npos);
+    EXPECT_TRUE(r.w->statusText().startsWith("Run-time error: Subscript out of range"));
+    EXPECT_NE(r.errors.str().find("Subscript out of range"), std::string::npos);
+    r.w->tick();  // a tick that completes clears it
+    faulting();
+    EXPECT_EQ(r.prompt.messages.size(), 2u);
+}
+
+TEST(MainWindow, PeriodsOpensOnceAndASecondClickBringsItToTheFront) {
+    Rig r;
+    r.w->show();
+    r.action("SetPeriods")->trigger();
+    QWidget* first = r.opened("Periods");
+    ASSERT_NE(first, nullptr);
+    EXPECT_EQ(first->windowTitle(), "I/O And Logging Periods");
+    EXPECT_TRUE(first->isVisible());
+    EXPECT_FALSE(first->isModal());
+    r.action("SetPeriods")->trigger();
+    EXPECT_EQ(r.opened("Periods"), first);
+    EXPECT_EQ(r.w->findChildren<PeriodsWindow*>().size(), 1);
+}
+
+TEST(MainWindow, DaqTypeOpensFromThePrinterPortMenu) {
+    Rig r;
+    r.action("SetupDAQ")->trigger();
+    QWidget* w = r.opened("DaqType");
+    ASSERT_NE(w, nullptr);
+    EXPECT_EQ(w->windowTitle(), "DAQ Type");
+    EXPECT_FALSE(w->isModal());
+}
+
+TEST(MainWindow, AClosedWindowOpensAfreshNextTime) {
+    Rig r;
+    r.action("SetupDAQ")->trigger();
+    QWidget* first = r.opened("DaqType");
+    ASSERT_NE(first, nullptr);
+    first->close();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_EQ(r.opened("DaqType"), nullptr);
+    r.action("SetupDAQ")->trigger();
+    EXPECT_NE(r.opened("DaqType"), nullptr);
+}
+
+TEST(MainWindow, ChangingTheDaqTypeShowsOnTheMainWindow) {
+    Rig r;
+    r.action("SetupDAQ")->trigger();
+    QWidget* w = r.opened("DaqType");
+    ASSERT_NE(w, nullptr);
+    test::child<QRadioButton>(w, "OptDaqType1")->setChecked(true);
+    test::child<QPushButton>(w, "CmdExit")->click();
+    EXPECT_EQ(r.st.profile.TypeString, "QRT105");
+    EXPECT_EQ(test::child<QLabel>(r.w.get(), "LblModule")->text(), "DAQ Type: QRT105");
+}
+
+TEST(MainWindow, CalibrationWithAModuleWithoutAnalogInputsShowsTheMessageAndOpensNothing) {
+    Rig r;
+    BuildIOList(r.st.profile, kDaqQrt115);
+    r.action("Calibration")->trigger();
+    ASSERT_EQ(r.prompt.messages.size(), 1u);
+    EXPECT_EQ(r.prompt.messages[0],
+              (test::Shown{"The QRT115 Module Has No Analog Inputs", "ERROR"}));
+    EXPECT_EQ(r.w->windows().openCount(), 0);
+}
+
+TEST(MainWindow, ItemsWhoseWindowsAreStillToComeStayEnabledAndSaySo) {
+    Rig r;
+    for (const char* name : {"SetUpTags", "SetUpScreens", "SetUpTrends", "Parameters", "StartStop",
+                             "Alarms", "Control", "ViewReadings", "MinMax", "ViewTrends",
+                             "AlarmView", "History", "PrinterAddress"}) {
+        QAction* a = r.action(name);
+        ASSERT_NE(a, nullptr);
+        EXPECT_TRUE(a->isEnabled()) << name;
+        a->trigger();
+        EXPECT_TRUE(r.w->statusText().endsWith("is not part of this version yet")) << name;
+    }
+    EXPECT_TRUE(r.prompt.messages.empty());
+}
+
+TEST(MainWindow, HelpOpensTheHelpDocumentAtItsIntroduction) {
+    Rig r;
+    r.action("Help")->trigger();
+    auto* help = qobject_cast<HelpWindow*>(r.opened("Help"));
+    ASSERT_NE(help, nullptr);
+    EXPECT_EQ(help->windowTitle(), "KOVA Help");
+    EXPECT_EQ(help->browser()->source().fragment(), "Introduction");
+    EXPECT_TRUE(help->browser()->toPlainText().contains("Introduction"));
+    r.action("Help")->trigger();
+    EXPECT_EQ(r.opened("Help"), help);
+}
+
+TEST(MainWindow, FileNewSaysTheConfigurationIsSetToDefault) {
+    Rig r;
+    r.action("FileNew")->trigger();
+    ASSERT_EQ(r.prompt.messages.size(), 1u);
+    EXPECT_EQ(r.prompt.messages[0], (test::Shown{"Configuration Set to Default", "KOVA"}));
+}
+
+TEST(MainWindow, FileLoadAsksWithTheOpenSetUpDialog) {
+    Rig r;
+    r.action("FileLoad")->trigger();  // cancelled
+    ASSERT_EQ(r.prompt.fileDialogs.size(), 1u);
+    EXPECT_EQ(r.prompt.fileDialogs[0],
+              (test::Shown{"Open SetUp File", "All Files (*.SUF)|*.SUF|"}));
+    EXPECT_TRUE(r.prompt.messages.empty());
+}
+
+TEST(MainWindow, FileSaveAndSaveAsAskWithTheSaveSetUpDialog) {
+    Rig r;
+    r.action("FileSave")->trigger();
+    r.action("FileSaveAs")->trigger();
+    ASSERT_EQ(r.prompt.fileDialogs.size(), 2u);
+    EXPECT_EQ(r.prompt.fileDialogs[0], (test::Shown{"Save SetUp File", "All Files (*.SUF)|*.SUF"}));
+    EXPECT_EQ(r.prompt.fileDialogs[1], (test::Shown{"Save SetUp File", "All Files (*.SUF)|*.SUF"}));
+}
+
+TEST(MainWindow, FileExitClosesTheMainWindowAndEveryOpenWindow) {
+    Rig r;
+    r.w->show();
+    r.w->startScan();
+    r.action("SetPeriods")->trigger();
+    r.action("SetupDAQ")->trigger();
+    r.action("FileExit")->trigger();
+    EXPECT_FALSE(r.w->isVisible());
+    EXPECT_FALSE(r.w->scanTimer()->isActive());
+    EXPECT_EQ(r.w->windows().openCount(), 0);
+}
+
+TEST(MainWindow, TheMainWindowPlugsItsSeamsIntoTheStationAndGivesThemBack) {
+    test::TempFolder folder;
+    Station st;
+    Prompter* before = st.platform.prompter;
+    {
+        test::ScriptedPrompter prompt;
+        MainWindow w(st, &prompt);
+        EXPECT_EQ(st.platform.prompter, &prompt);
+        st.platform.status->setStatusText("ALARM TANK HIGH");
+        EXPECT_EQ(w.statusText(), "ALARM TANK HIGH");
+        st.platform.timer->setInterval(300);
+        EXPECT_EQ(w.scanTimer()->interval(), 300);
+    }
+    EXPECT_EQ(st.platform.prompter, before);
+}
+
+TEST(MainWindow, AZeroIntervalFromAFileRunsAtOneMillisecond) {
+    Rig r;
+    r.st.platform.timer->setInterval(0);
+    EXPECT_EQ(r.w->scanTimer()->interval(), 1);
+}
+
+}  // namespace kova::app
