@@ -13,23 +13,35 @@ constexpr std::uint16_t kEppAddressOffset = 3;
 std::uint16_t at(std::uint16_t base, std::uint16_t offset) {
     return static_cast<std::uint16_t>(base + offset);
 }
-std::uint8_t readEcr(PortIo& io, std::uint16_t base) { return io.read(at(base, kEcrOffset)); }
+std::uint8_t readEcr(PortIo& io, std::uint16_t base) {
+    return io.read(at(base, kEcrOffset));
+}
 }  // namespace
 
 std::string GetEcpModeDescription(int mode) {
     switch (mode) {
-        case 0: return "SPP";
-        case 1: return "PS/2";
-        case 2: return "Fast Centronics";
-        case 3: return "ECP";
-        case 4: return "EPP";
-        case 6: return "Test";
-        case 7: return "Configuration";
-        default: return "";
+        case 0:
+            return "SPP";
+        case 1:
+            return "PS/2";
+        case 2:
+            return "Fast Centronics";
+        case 3:
+            return "ECP";
+        case 4:
+            return "EPP";
+        case 6:
+            return "Test";
+        case 7:
+            return "Configuration";
+        default:
+            return "";
     }
 }
 
-int BitRead(int value, int n) { return (value & (1 << n)) >> n; }
+int BitRead(int value, int n) {
+    return (value & (1 << n)) >> n;
+}
 
 std::uint8_t StatusPortRead(PortIo& io, std::uint16_t base) {
     return static_cast<std::uint8_t>(io.read(at(base, 1)) ^ 0x80);
@@ -43,11 +55,17 @@ void ControlPortWrite(PortIo& io, std::uint16_t base, std::uint8_t v) {
     io.write(at(base, 2), static_cast<std::uint8_t>(v ^ 0x0B));
 }
 
-std::uint8_t DataPortRead(PortIo& io, std::uint16_t base) { return io.read(base); }
+std::uint8_t DataPortRead(PortIo& io, std::uint16_t base) {
+    return io.read(base);
+}
 
-void DataPortWrite(PortIo& io, std::uint16_t base, std::uint8_t v) { io.write(base, v); }
+void DataPortWrite(PortIo& io, std::uint16_t base, std::uint8_t v) {
+    io.write(base, v);
+}
 
-int ReadEcpMode(PortIo& io, std::uint16_t base) { return (readEcr(io, base) >> 5) & 7; }
+int ReadEcpMode(PortIo& io, std::uint16_t base) {
+    return (readEcr(io, base) >> 5) & 7;
+}
 
 void SetEcpMode(PortIo& io, std::uint16_t base, int mode) {
     const int ecr = readEcr(io, base) & 0x1F;

@@ -16,7 +16,7 @@ namespace kova {
 std::string IopermProblemText(std::uint16_t from, std::uint16_t count, int err);
 
 class DirectPortIo final : public PortIo {
-public:
+  public:
     // Asks at once for the registers of printer port lpt: base .. base + 7 and
     // base + 0x400 .. base + 0x402. Other addresses are asked for when first used.
     DirectPortIo(std::shared_ptr<PortSystem> sys, PortPaths paths, int lpt);
@@ -32,7 +32,7 @@ public:
     // Addresses that were touched but refused, in the order first touched.
     const std::vector<std::uint16_t>& unreachable() const { return unreachable_; }
 
-private:
+  private:
     bool grant(std::uint16_t from, std::uint16_t count, std::string* why);
     bool access(std::uint16_t port);
 

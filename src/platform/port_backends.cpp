@@ -7,7 +7,9 @@
 namespace kova {
 
 namespace {
-std::string lptName(int lpt) { return "LPT " + std::to_string(lpt); }
+std::string lptName(int lpt) {
+    return "LPT " + std::to_string(lpt);
+}
 
 std::unique_ptr<PortIo> unavailable(std::string why, std::string& problem) {
     problem = std::move(why);
@@ -30,8 +32,9 @@ std::unique_ptr<PortIo> OpenPortBackend(int lpt, std::string& problem,
         problem.clear();
         return direct;
     }
-    return unavailable("Printer port " + lptName(lpt) + " cannot be reached, the modules will read 0. " +
-                           ppdev->problem() + ". " + direct->problem() + ".",
+    return unavailable("Printer port " + lptName(lpt) +
+                           " cannot be reached, the modules will read 0. " + ppdev->problem() +
+                           ". " + direct->problem() + ".",
                        problem);
 }
 

@@ -13,14 +13,14 @@ namespace kova {
 
 // A port that cannot be reached: reads 0, ignores writes, lptBase 0, problem() says why.
 class UnavailablePortIo final : public PortIo {
-public:
+  public:
     explicit UnavailablePortIo(std::string why) : why_(std::move(why)) {}
     std::uint8_t read(std::uint16_t) override { return 0; }
     void write(std::uint16_t, std::uint8_t) override {}
     std::uint16_t lptBase(int) override { return 0; }
     std::string problem() const override { return why_; }
 
-private:
+  private:
     std::string why_;
 };
 

@@ -21,7 +21,7 @@ namespace kova {
 namespace {
 
 class RealPortSystem final : public PortSystem {
-public:
+  public:
     int open(const std::string& path) override {
 #if defined(__linux__)
         const int fd = ::open(path.c_str(), O_RDWR | O_CLOEXEC);
@@ -46,15 +46,33 @@ public:
         int mode = value;
         int rc = -1;
         switch (request) {
-            case PpRequest::Exclusive: rc = ::ioctl(fd, PPEXCL); break;
-            case PpRequest::Claim: rc = ::ioctl(fd, PPCLAIM); break;
-            case PpRequest::Release: rc = ::ioctl(fd, PPRELEASE); break;
-            case PpRequest::ReadData: rc = ::ioctl(fd, PPRDATA, &byte); break;
-            case PpRequest::WriteData: rc = ::ioctl(fd, PPWDATA, &byte); break;
-            case PpRequest::ReadStatus: rc = ::ioctl(fd, PPRSTATUS, &byte); break;
-            case PpRequest::ReadControl: rc = ::ioctl(fd, PPRCONTROL, &byte); break;
-            case PpRequest::WriteControl: rc = ::ioctl(fd, PPWCONTROL, &byte); break;
-            case PpRequest::DataDir: rc = ::ioctl(fd, PPDATADIR, &mode); break;
+            case PpRequest::Exclusive:
+                rc = ::ioctl(fd, PPEXCL);
+                break;
+            case PpRequest::Claim:
+                rc = ::ioctl(fd, PPCLAIM);
+                break;
+            case PpRequest::Release:
+                rc = ::ioctl(fd, PPRELEASE);
+                break;
+            case PpRequest::ReadData:
+                rc = ::ioctl(fd, PPRDATA, &byte);
+                break;
+            case PpRequest::WriteData:
+                rc = ::ioctl(fd, PPWDATA, &byte);
+                break;
+            case PpRequest::ReadStatus:
+                rc = ::ioctl(fd, PPRSTATUS, &byte);
+                break;
+            case PpRequest::ReadControl:
+                rc = ::ioctl(fd, PPRCONTROL, &byte);
+                break;
+            case PpRequest::WriteControl:
+                rc = ::ioctl(fd, PPWCONTROL, &byte);
+                break;
+            case PpRequest::DataDir:
+                rc = ::ioctl(fd, PPDATADIR, &mode);
+                break;
         }
         if (rc < 0) return -errno;
         value = byte;
@@ -109,14 +127,20 @@ public:
 
 }  // namespace
 
-std::shared_ptr<PortSystem> MakeRealPortSystem() { return std::make_shared<RealPortSystem>(); }
+std::shared_ptr<PortSystem> MakeRealPortSystem() {
+    return std::make_shared<RealPortSystem>();
+}
 
 std::uint16_t ConventionalLptBase(int lpt) {
     switch (lpt) {
-        case 1: return 0x378;
-        case 2: return 0x278;
-        case 3: return 0x3BC;
-        default: return 0;
+        case 1:
+            return 0x378;
+        case 2:
+            return 0x278;
+        case 3:
+            return 0x3BC;
+        default:
+            return 0;
     }
 }
 

@@ -17,11 +17,20 @@ struct PortPaths {
 };
 
 // The ppdev requests the back-end uses, each on one byte (DataDir: 1 = data lines in).
-enum class PpRequest { Exclusive, Claim, Release, ReadData, WriteData, ReadStatus, ReadControl,
-                       WriteControl, DataDir };
+enum class PpRequest {
+    Exclusive,
+    Claim,
+    Release,
+    ReadData,
+    WriteData,
+    ReadStatus,
+    ReadControl,
+    WriteControl,
+    DataDir
+};
 
 class PortSystem {
-public:
+  public:
     virtual ~PortSystem() = default;
     // open(path, O_RDWR): a descriptor, or -errno.
     virtual int open(const std::string& path) = 0;

@@ -60,8 +60,7 @@ bool PpdevPortIo::claim(Device& d) {
     int rc = sys_->ppdev(fd, PpRequest::Exclusive, unused);
     if (rc == 0) rc = sys_->ppdev(fd, PpRequest::Claim, unused);
     if (rc != 0) {
-        d.problem = PpdevProblemText(
-            d.path, "PPEXCL/PPCLAIM", -rc);
+        d.problem = PpdevProblemText(d.path, "PPEXCL/PPCLAIM", -rc);
         sys_->close(fd);
         return false;
     }

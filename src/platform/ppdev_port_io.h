@@ -26,7 +26,7 @@ namespace kova {
 std::string PpdevProblemText(const std::string& path, const std::string& step, int err);
 
 class PpdevPortIo final : public PortIo {
-public:
+  public:
     // Claims the device of printer port lpt (1..3) at once (PPEXCL, then PPCLAIM); the
     // other ports are claimed when first addressed. problem() tells why the chosen port
     // cannot be used.
@@ -48,7 +48,7 @@ public:
     // A sentence naming them ("" when none).
     std::string unreachableText() const;
 
-private:
+  private:
     struct Device {
         std::string path;
         std::uint16_t base = 0;

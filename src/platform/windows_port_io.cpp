@@ -30,7 +30,7 @@ F lookUp(HMODULE dll, const char* name) {
 }
 
 class WindowsDllPortIo final : public PortIo {
-public:
+  public:
     explicit WindowsDllPortIo(HMODULE dll) : dll_(dll) {
         inp_ = lookUp<Inp32Fn>(dll, "Inp32");
         out_ = lookUp<Out32Fn>(dll, "Out32");
@@ -83,7 +83,7 @@ public:
         return static_cast<std::uint16_t>(lpt == 2 ? (value >> 16) : (value & 0xFFFF));
     }
 
-private:
+  private:
     HMODULE dll_;
     Inp32Fn inp_ = nullptr;
     Out32Fn out_ = nullptr;

@@ -23,7 +23,9 @@ struct ScriptedChannel {
             return v;
         };
     }
-    void steady(std::int16_t v, int n) { values.insert(values.end(), static_cast<std::size_t>(n), v); }
+    void steady(std::int16_t v, int n) {
+        values.insert(values.end(), static_cast<std::size_t>(n), v);
+    }
 };
 
 struct CalRig {
@@ -60,11 +62,12 @@ TEST(CalibrationForm, OpensShowingCalInput) {
 }
 
 TEST(CalibrationForm, InstructionTextIsKeptWordForWord) {
-    EXPECT_STREQ(kCalibrationInstructions,
-                 "To calibrate the QRT105 ADC first connect a voltage of approx 30mV to Channel 1. "
-                 "Enter the value into the Input Voltage box . Press the Offset Button. Next change "
-                 "the voltage to approx 3950 mV, enter the value into the Input Voltage box and "
-                 "press the Gain button.");
+    EXPECT_STREQ(
+        kCalibrationInstructions,
+        "To calibrate the QRT105 ADC first connect a voltage of approx 30mV to Channel 1. "
+        "Enter the value into the Input Voltage box . Press the Offset Button. Next change "
+        "the voltage to approx 3950 mV, enter the value into the Input Voltage box and "
+        "press the Gain button.");
 }
 
 // --- offset ------------------------------------------------------------------------------
@@ -253,7 +256,8 @@ TEST(CalibrationReadings, DefaultReaderFeedsTheSteps) {
     CalibrationForm f = OpenCalibrationForm(st);
     f.TxtInput = "30";
     EXPECT_FALSE(CalibrateOffset(st, f));  // 200 + ramp is far above 50 mV
-    EXPECT_EQ(prompt.messages, (std::vector<test::Shown>{{"Channel 1 is greater than 50mV", "Error"}}));
+    EXPECT_EQ(prompt.messages,
+              (std::vector<test::Shown>{{"Channel 1 is greater than 50mV", "Error"}}));
     EXPECT_EQ(st.daq.Test.Ramp, 16);  // eight readings taken
 }
 

@@ -34,7 +34,7 @@ struct StationRig {
 // A broken port whose data lines follow the latch only while they are switched to input,
 // so that it fails every test.
 class BackwardsPort final : public BusDevice {
-public:
+  public:
     explicit BackwardsPort(std::uint16_t base) : base_(base) {}
     bool claims(std::uint16_t p) const override {
         return (p >= base_ && p <= base_ + 7u) || (p >= base_ + 0x400u && p <= base_ + 0x402u);
@@ -49,13 +49,15 @@ public:
         if (p == base_ + 2) control_ = v;
     }
 
-private:
+  private:
     std::uint16_t base_;
     std::uint8_t data_ = 0, control_ = 0;
 };
 
 const std::vector<PA> kTimeoutClear(std::uint16_t status, std::uint8_t before, std::uint8_t after) {
-    return {{PA::Read, status, before}, {PA::Write, status, 1}, {PA::Write, status, 0},
+    return {{PA::Read, status, before},
+            {PA::Write, status, 1},
+            {PA::Write, status, 0},
             {PA::Read, status, after}};
 }
 }  // namespace
@@ -130,8 +132,8 @@ TEST(PortRegisters, SetEcpModeKeepsTheLowFiveBits) {
 }
 
 TEST(PortRegisters, EppTimeoutIsClearedByWritingOneThenZero) {
-    for (auto how : {TimeoutClear::ByWritingOne, TimeoutClear::ByWritingZero,
-                     TimeoutClear::ByReadingStatus}) {
+    for (auto how :
+         {TimeoutClear::ByWritingOne, TimeoutClear::ByWritingZero, TimeoutClear::ByReadingStatus}) {
         ChipRig r(PortChipKind::Epp);
         r.chip.timeoutClear = how;
         r.chip.setTimeout(true);
@@ -209,7 +211,9 @@ TEST(TestForEpp, EppPortPassesWithTheDocumentedSequence) {
     ChipRig r(PortChipKind::Epp);
     EXPECT_TRUE(TestForEpp(r.rec, 0x378));
     std::vector<PA> expected{{PA::Write, 0x37B, 0x55}};
-    auto add = [&](const std::vector<PA>& more) { expected.insert(expected.end(), more.begin(), more.end()); };
+    auto add = [&](const std::vector<PA>& more) {
+        expected.insert(expected.end(), more.begin(), more.end());
+    };
     add(kTimeoutClear(0x379, 0x86, 0x86));
     add({{PA::Read, 0x37B, 0x55}});
     add(kTimeoutClear(0x379, 0x86, 0x86));

@@ -16,7 +16,7 @@
 namespace kova::test {
 
 class FakePortSystem final : public PortSystem {
-public:
+  public:
     struct Node {
         int openErrno = 0;  // 0: opens
         std::uint16_t base = 0;
@@ -47,23 +47,35 @@ public:
     }
 
     int ppdev(int fd, PpRequest r, std::uint8_t& value) override {
-        calls.push_back(name(r) + " " + std::to_string(fd) + (writes(r) ? " " + HexAddress(value) : ""));
+        calls.push_back(name(r) + " " + std::to_string(fd) +
+                        (writes(r) ? " " + HexAddress(value) : ""));
         const Node& node = nodes.at(fdPaths_.at(static_cast<std::size_t>(fd - 3)));
-        if (const auto e = node.requestErrno.find(r); e != node.requestErrno.end()) return -e->second;
+        if (const auto e = node.requestErrno.find(r); e != node.requestErrno.end())
+            return -e->second;
         const std::uint16_t b = node.base;
         const std::uint16_t ctl = static_cast<std::uint16_t>(b + 2);
         switch (r) {
-            case PpRequest::ReadData: value = bus.read(b); break;
-            case PpRequest::WriteData: bus.write(b, value); break;
-            case PpRequest::ReadStatus: value = bus.read(static_cast<std::uint16_t>(b + 1)); break;
-            case PpRequest::ReadControl: value = bus.read(ctl) & 0x0F; break;
+            case PpRequest::ReadData:
+                value = bus.read(b);
+                break;
+            case PpRequest::WriteData:
+                bus.write(b, value);
+                break;
+            case PpRequest::ReadStatus:
+                value = bus.read(static_cast<std::uint16_t>(b + 1));
+                break;
+            case PpRequest::ReadControl:
+                value = bus.read(ctl) & 0x0F;
+                break;
             case PpRequest::WriteControl:
                 bus.write(ctl, static_cast<std::uint8_t>((bus.read(ctl) & 0xF0) | (value & 0x0F)));
                 break;
             case PpRequest::DataDir:
-                bus.write(ctl, static_cast<std::uint8_t>((bus.read(ctl) & ~0x20) | (value ? 0x20 : 0)));
+                bus.write(ctl,
+                          static_cast<std::uint8_t>((bus.read(ctl) & ~0x20) | (value ? 0x20 : 0)));
                 break;
-            default: break;
+            default:
+                break;
         }
         return 0;
     }
@@ -91,15 +103,24 @@ public:
 
     static std::string name(PpRequest r) {
         switch (r) {
-            case PpRequest::Exclusive: return "PPEXCL";
-            case PpRequest::Claim: return "PPCLAIM";
-            case PpRequest::Release: return "PPRELEASE";
-            case PpRequest::ReadData: return "PPRDATA";
-            case PpRequest::WriteData: return "PPWDATA";
-            case PpRequest::ReadStatus: return "PPRSTATUS";
-            case PpRequest::ReadControl: return "PPRCONTROL";
-            case PpRequest::WriteControl: return "PPWCONTROL";
-            case PpRequest::DataDir: return "PPDATADIR";
+            case PpRequest::Exclusive:
+                return "PPEXCL";
+            case PpRequest::Claim:
+                return "PPCLAIM";
+            case PpRequest::Release:
+                return "PPRELEASE";
+            case PpRequest::ReadData:
+                return "PPRDATA";
+            case PpRequest::WriteData:
+                return "PPWDATA";
+            case PpRequest::ReadStatus:
+                return "PPRSTATUS";
+            case PpRequest::ReadControl:
+                return "PPRCONTROL";
+            case PpRequest::WriteControl:
+                return "PPWCONTROL";
+            case PpRequest::DataDir:
+                return "PPDATADIR";
         }
         return "?";
     }
@@ -107,7 +128,7 @@ public:
         return r == PpRequest::WriteData || r == PpRequest::WriteControl || r == PpRequest::DataDir;
     }
 
-private:
+  private:
     std::vector<std::string> fdPaths_;
 };
 

@@ -92,9 +92,9 @@ TEST(Ppdev, DirectionBitGoesThroughPPDATADIRAndReadsBack) {
     port->write(0x37A, 0x25);  // direction unchanged: no PPDATADIR
     port->write(0x37A, 0x04);
     EXPECT_FALSE(r.chip.dataLinesAreInputs());
-    EXPECT_EQ(r.sys->calls,
-              (std::vector<std::string>{"PPWCONTROL 3 0x4", "PPDATADIR 3 0x1", "PPRCONTROL 3",
-                                        "PPWCONTROL 3 0x5", "PPWCONTROL 3 0x4", "PPDATADIR 3 0x0"}));
+    EXPECT_EQ(r.sys->calls, (std::vector<std::string>{"PPWCONTROL 3 0x4", "PPDATADIR 3 0x1",
+                                                      "PPRCONTROL 3", "PPWCONTROL 3 0x5",
+                                                      "PPWCONTROL 3 0x4", "PPDATADIR 3 0x0"}));
 }
 
 TEST(Ppdev, EppRegistersAndEcrAreReportedUnreachable) {
@@ -129,8 +129,8 @@ TEST(Ppdev, OtherPortsAreClaimedWhenFirstAddressed) {
     r.sys->calls.clear();
     port->write(0x278, 0x3C);
     EXPECT_EQ(second.dataLatch(), 0x3C);
-    EXPECT_EQ(r.sys->calls, (std::vector<std::string>{"open /dev/parport1", "PPEXCL 4",
-                                                      "PPCLAIM 4", "PPWDATA 4 0x3C"}));
+    EXPECT_EQ(r.sys->calls, (std::vector<std::string>{"open /dev/parport1", "PPEXCL 4", "PPCLAIM 4",
+                                                      "PPWDATA 4 0x3C"}));
 }
 
 TEST(Ppdev, MissingDeviceSaysNoSuchPort) {
@@ -163,7 +163,8 @@ TEST(Ppdev, PortHeldByAnotherDriverSaysSoAndClosesTheDevice) {
 TEST(Ppdev, AFileThatIsNotAPortSaysSo) {
     PpdevRig r;
     r.sys->nodes["/dev/parport0"].requestErrno[PpRequest::Exclusive] = ENOTTY;
-    EXPECT_EQ(r.open()->problem(), "/dev/parport0: not a parallel port device (PPEXCL/PPCLAIM refused)");
+    EXPECT_EQ(r.open()->problem(),
+              "/dev/parport0: not a parallel port device (PPEXCL/PPCLAIM refused)");
 }
 
 TEST(Ppdev, ErrnoTexts) {
@@ -171,8 +172,10 @@ TEST(Ppdev, ErrnoTexts) {
     EXPECT_EQ(PpdevProblemText(p, "open", ENOENT),
               p + ": no such port (no parallel port driver loaded or no printer port)");
     EXPECT_EQ(PpdevProblemText(p, "open", ENODEV), PpdevProblemText(p, "open", ENOENT));
-    EXPECT_EQ(PpdevProblemText(p, "open", EPERM), p + ": permission denied: add your user to group lp");
-    EXPECT_EQ(PpdevProblemText(p, "open", ENOSYS), p + ": this system has no parallel port support");
+    EXPECT_EQ(PpdevProblemText(p, "open", EPERM),
+              p + ": permission denied: add your user to group lp");
+    EXPECT_EQ(PpdevProblemText(p, "open", ENOSYS),
+              p + ": this system has no parallel port support");
     EXPECT_EQ(PpdevProblemText(p, "PPCLAIM", EIO).rfind(p + ": PPCLAIM failed: ", 0), 0u);
 }
 

@@ -16,7 +16,7 @@ enum class PortChipKind { Spp, PS2, Epp, Ecp };
 enum class TimeoutClear { ByWritingOne, ByWritingZero, ByReadingStatus };
 
 class PortChip final : public BusDevice {
-public:
+  public:
     PortChip(std::uint16_t base, PortChipKind kind);
 
     // base .. base + 7 and base + 0x400 .. base + 0x402 (the ECP registers, which read as
@@ -54,7 +54,7 @@ public:
     void setTimeout(bool on) { timeout_ = on; }
     int ecrWrites() const { return ecrWrites_; }
 
-private:
+  private:
     bool eppActive() const;
     std::uint8_t eppCycle(std::uint8_t* written);
     std::uint8_t readEcr() const;
