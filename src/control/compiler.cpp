@@ -40,13 +40,20 @@ constexpr int kLevelMul = 2;
 constexpr int kLevelPow = 3;
 constexpr int kLevelFunction = 4;
 
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
-bool isUpper(char c) { return c >= 'A' && c <= 'Z'; }
-bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
+bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+bool isUpper(char c) {
+    return c >= 'A' && c <= 'Z';
+}
+bool isBlank(char c) {
+    return c == ' ' || c == '\t' || c == '\r' || c == '\n';
+}
 
 class Parser {
-public:
-    Parser(const Station& st, std::string_view text, Mode mode) : st_(st), text_(text), mode_(mode) {}
+  public:
+    Parser(const Station& st, std::string_view text, Mode mode)
+        : st_(st), text_(text), mode_(mode) {}
 
     // Parses the whole text; on success out_ holds the postfix tokens.
     std::int16_t run(std::string& token) {
@@ -95,7 +102,8 @@ public:
                     expectOperand = true;
                     break;
                 case Sym::End:
-                    if (expectOperand && (anyToken || mode_ == Mode::Assignment)) return kCodeSyntaxError;
+                    if (expectOperand && (anyToken || mode_ == Mode::Assignment))
+                        return kCodeSyntaxError;
                     while (top().sym != Sym::End) {
                         if (top().sym == Sym::LParen) return kCodeSyntaxError;
                         if (!reduce()) return kCodeSyntaxError;
@@ -109,7 +117,7 @@ public:
     int outputCount() const { return outCount_; }
     std::string_view output(int i) const { return out_[static_cast<std::size_t>(i)]; }
 
-private:
+  private:
     const Token& top() const { return stack_[static_cast<std::size_t>(depth_ - 1)]; }
 
     bool push(const Token& t) {
@@ -180,7 +188,8 @@ private:
         }
         if (mode_ == Mode::If) {
             if (c == '<' || c == '>') {
-                if (pos_ < text_.size() && (text_[pos_] == '=' || (c == '<' && text_[pos_] == '>'))) ++pos_;
+                if (pos_ < text_.size() && (text_[pos_] == '=' || (c == '<' && text_[pos_] == '>')))
+                    ++pos_;
                 tok = Token{Sym::Binary, text_.substr(start, pos_ - start), kLevelCompare};
                 return kCodeOk;
             }
@@ -213,7 +222,8 @@ private:
         }
         // Anything else is an unknown token; a character of several UTF-8 bytes is reported whole.
         if (static_cast<unsigned char>(c) >= 0xC0)
-            while (pos_ < text_.size() && (static_cast<unsigned char>(text_[pos_]) & 0xC0) == 0x80) ++pos_;
+            while (pos_ < text_.size() && (static_cast<unsigned char>(text_[pos_]) & 0xC0) == 0x80)
+                ++pos_;
         badToken = std::string(text_.substr(start, pos_ - start));
         return kCodeUnknownToken;
     }
@@ -237,7 +247,8 @@ std::string_view trimmed(std::string_view s) {
 }  // namespace
 
 bool IsFunctionName(std::string_view name) {
-    static constexpr std::string_view kNames[] = {"SIN", "COS", "TAN", "ATN", "LOG", "ABS", "EXP", "SQR"};
+    static constexpr std::string_view kNames[] = {"SIN", "COS", "TAN", "ATN",
+                                                  "LOG", "ABS", "EXP", "SQR"};
     for (std::string_view n : kNames)
         if (n == name) return true;
     return false;
@@ -262,7 +273,8 @@ bool ReadCodeNumber(std::string_view entry, double& value) {
     return true;
 }
 
-std::int16_t CompileIf(const Station& st, const std::string& text, std::string& code, std::string& token) {
+std::int16_t CompileIf(const Station& st, const std::string& text, std::string& code,
+                       std::string& token) {
     code.clear();
     Parser p(st, text, Mode::If);
     const std::int16_t r = p.run(token);

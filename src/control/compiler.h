@@ -19,7 +19,8 @@ inline constexpr std::int16_t kCodeUnknownToken = -2;
 // for an empty text). 1 compiled; -1 syntax error; -2 unknown token or tag, with the
 // offending token in `token`. On failure `code` is emptied. Tags are looked up with
 // FindTag in st.nameIndex; nothing is changed.
-std::int16_t CompileIf(const Station& st, const std::string& text, std::string& code, std::string& token);
+std::int16_t CompileIf(const Station& st, const std::string& text, std::string& code,
+                       std::string& token);
 
 // One assignment "@TAG = expression" to its code: target, then the expression in postfix
 // ("@X,1,0,SIN,"). Results as CompileIf.

@@ -9,7 +9,9 @@ namespace kova {
 
 namespace {
 
-void showError(Station& st, const std::string& text) { st.platform.prompter->message(text, control_text::kErrorTitle); }
+void showError(Station& st, const std::string& text) {
+    st.platform.prompter->message(text, control_text::kErrorTitle);
+}
 
 // The shown texts and check box into the shown line; the enable box into ControlsEnabled.
 void storeShownLine(Station& st, const ControlForm& form) {
@@ -96,9 +98,13 @@ bool CheckLine(Station& st, ControlForm& form) {
     return true;
 }
 
-void ControlFormNext(Station& st, ControlForm& form) { stepLine(st, form, +1); }
+void ControlFormNext(Station& st, ControlForm& form) {
+    stepLine(st, form, +1);
+}
 
-void ControlFormPrev(Station& st, ControlForm& form) { stepLine(st, form, -1); }
+void ControlFormPrev(Station& st, ControlForm& form) {
+    stepLine(st, form, -1);
+}
 
 void ControlFormInsert(Station& st, ControlForm& form) {
     if (form.LblLineNo == kControlLines) {
@@ -106,7 +112,8 @@ void ControlFormInsert(Station& st, ControlForm& form) {
         return;
     }
     // Lines shown..29 move one place down as whole records; line 30 is lost.
-    for (int k = kControlLines; k > form.LblLineNo; --k) st.control.Lines[k] = st.control.Lines[k - 1];
+    for (int k = kControlLines; k > form.LblLineNo; --k)
+        st.control.Lines[k] = st.control.Lines[k - 1];
     clearTexts(st.control.Lines[form.LblLineNo]);
     form.TxtIf.clear();
     form.TxtThen.clear();
@@ -114,8 +121,10 @@ void ControlFormInsert(Station& st, ControlForm& form) {
 }
 
 void ControlFormDelete(Station& st, ControlForm& form) {
-    if (!st.platform.prompter->askYesNo(control_text::kDeleteQuestion, control_text::kOptionTitle)) return;
-    for (int k = form.LblLineNo; k < kControlLines; ++k) st.control.Lines[k] = st.control.Lines[k + 1];
+    if (!st.platform.prompter->askYesNo(control_text::kDeleteQuestion, control_text::kOptionTitle))
+        return;
+    for (int k = form.LblLineNo; k < kControlLines; ++k)
+        st.control.Lines[k] = st.control.Lines[k + 1];
     clearTexts(st.control.Lines[kControlLines]);  // its codes stay; they never run without texts
     ShowControlLine(st, form);
 }

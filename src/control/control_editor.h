@@ -8,7 +8,8 @@
 
 namespace kova {
 
-inline constexpr const char* kChkIfCaption = "Carry out Then statement only when If goes False to True";
+inline constexpr const char* kChkIfCaption =
+    "Carry out Then statement only when If goes False to True";
 inline constexpr const char* kChkEnableControlCaption = "Enable Control Language";
 
 // Names of the text boxes, as the form remembers the one that last had the focus.
@@ -17,13 +18,13 @@ inline constexpr const char* kFocusThen = "THEN";
 inline constexpr const char* kFocusElse = "ELSE";
 
 struct ControlForm {
-    int LblLineNo = 1;        // the shown line, 1..30
-    std::string TxtIf;        // IfText
-    std::string TxtThen;      // ThenText, one assignment per text line
-    std::string TxtElse;      // ElseText
-    bool ChkIf = false;       // ThenOnRise
-    bool ChkEnableControl = false;  // ControlsEnabled
-    std::vector<std::string> CboTag;  // names of the used user tags, in tag order
+    int LblLineNo = 1;                 // the shown line, 1..30
+    std::string TxtIf;                 // IfText
+    std::string TxtThen;               // ThenText, one assignment per text line
+    std::string TxtElse;               // ElseText
+    bool ChkIf = false;                // ThenOnRise
+    bool ChkEnableControl = false;     // ControlsEnabled
+    std::vector<std::string> CboTag;   // names of the used user tags, in tag order
     std::string LastFocus = kFocusIf;  // TxtIf has the focus when the window opens
 };
 

@@ -12,12 +12,16 @@ inline constexpr const char* kIf = "If";
 inline constexpr const char* kThen = "Then";
 inline constexpr const char* kElse = "Else";
 
-inline std::string SyntaxError(const char* part) { return std::string("Syntax Error in ") + part + " Statement"; }
+inline std::string SyntaxError(const char* part) {
+    return std::string("Syntax Error in ") + part + " Statement";
+}
 inline std::string UnknownToken(const char* part, const std::string& token) {
     return "Unknown Token " + token + " in " + part + " Statement";
 }
 // The evaluator found an unknown tag after the text compiled.
-inline std::string UnknownTokenAtRun(const char* part) { return std::string("Unknown Token in ") + part + " Statement"; }
+inline std::string UnknownTokenAtRun(const char* part) {
+    return std::string("Unknown Token in ") + part + " Statement";
+}
 
 inline constexpr const char* kMaximumLines = "Maximum number of Controls Entered";
 inline constexpr const char* kCannotInsert = "Cannot Insert Line on Last line No.";

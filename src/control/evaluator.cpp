@@ -19,14 +19,15 @@ struct OpName {
     CodeOp op;
 };
 
-constexpr OpName kIfOps[] = {{"=", CodeOp::Eq},  {"<>", CodeOp::Ne}, {"<", CodeOp::Lt},  {">", CodeOp::Gt},
-                             {"<=", CodeOp::Le}, {">=", CodeOp::Ge}, {"&", CodeOp::And}, {"|", CodeOp::Or}};
+constexpr OpName kIfOps[] = {{"=", CodeOp::Eq},  {"<>", CodeOp::Ne}, {"<", CodeOp::Lt},
+                             {">", CodeOp::Gt},  {"<=", CodeOp::Le}, {">=", CodeOp::Ge},
+                             {"&", CodeOp::And}, {"|", CodeOp::Or}};
 
-constexpr OpName kArithmeticOps[] = {{"+", CodeOp::Add},   {"-", CodeOp::Sub},   {"*", CodeOp::Mul},
-                                     {"/", CodeOp::Div},   {"^", CodeOp::Pow},   {"SIN", CodeOp::Sin},
-                                     {"COS", CodeOp::Cos}, {"TAN", CodeOp::Tan}, {"ATN", CodeOp::Atn},
-                                     {"ABS", CodeOp::Abs}, {"LOG", CodeOp::Log}, {"EXP", CodeOp::Exp},
-                                     {"SQR", CodeOp::Sqr}};
+constexpr OpName kArithmeticOps[] = {
+    {"+", CodeOp::Add},   {"-", CodeOp::Sub},   {"*", CodeOp::Mul},   {"/", CodeOp::Div},
+    {"^", CodeOp::Pow},   {"SIN", CodeOp::Sin}, {"COS", CodeOp::Cos}, {"TAN", CodeOp::Tan},
+    {"ATN", CodeOp::Atn}, {"ABS", CodeOp::Abs}, {"LOG", CodeOp::Log}, {"EXP", CodeOp::Exp},
+    {"SQR", CodeOp::Sqr}};
 
 template <std::size_t N>
 bool findOp(const OpName (&ops)[N], std::string_view entry, CodeOp& op) {
@@ -180,7 +181,9 @@ bool arithmetic(CodeOp op, double a, double b, double& r) {
     return std::isfinite(r);
 }
 
-bool isFunction(CodeOp op) { return op >= CodeOp::Sin; }
+bool isFunction(CodeOp op) {
+    return op >= CodeOp::Sin;
+}
 
 std::int16_t setTagValueByName(Station& st, const std::string& name, double v) {
     const int n = FindTag(st.nameIndex, name);
@@ -203,7 +206,8 @@ std::int16_t setTagValueByName(Station& st, const std::string& name, double v) {
     t.Value = static_cast<float>(v);
     if (t.Direction != kOutput) return 1;
     if (t.IONumber > 16) throwBounds("digital output bit", t.IONumber, 1, 16);
-    const std::uint16_t mask = t.IONumber <= 1 ? 1 : static_cast<std::uint16_t>(1u << (t.IONumber - 1));
+    const std::uint16_t mask =
+        t.IONumber <= 1 ? 1 : static_cast<std::uint16_t>(1u << (t.IONumber - 1));
     std::uint16_t& image = st.daq.DigitalOutputImage;
     if (v == 0 && (image & mask) != 0) {
         image = static_cast<std::uint16_t>(image & ~mask);
@@ -228,8 +232,8 @@ void DecodeAssignment(const std::string& code, CompiledAssignment& out) {
     const std::string_view target = text.substr(0, comma);
     out.targetName.assign(target.empty() ? std::string_view() : target.substr(1));
     out.expr.alwaysTrue = false;
-    decodeList(comma == std::string_view::npos ? std::string_view() : text.substr(comma + 1), kArithmeticOps,
-               out.expr);
+    decodeList(comma == std::string_view::npos ? std::string_view() : text.substr(comma + 1),
+               kArithmeticOps, out.expr);
 }
 
 void DecodeAssignmentList(const std::string& code, std::vector<CompiledAssignment>& out) {

@@ -12,7 +12,9 @@ namespace kova {
 
 namespace {
 
-bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
+bool isBlank(char c) {
+    return c == ' ' || c == '\t' || c == '\r' || c == '\n';
+}
 
 std::string prepared(const std::string& text) {
     std::string s = ToUpper(text);
@@ -47,7 +49,8 @@ PartCheck CheckIfText(const Station& st, const std::string& text) {
     return p;
 }
 
-PartCheck CheckAssignmentText(const Station& st, Station* exec, const std::string& text, const char* part) {
+PartCheck CheckAssignmentText(const Station& st, Station* exec, const std::string& text,
+                              const char* part) {
     using namespace control_text;
     PartCheck result;
     const std::string all = prepared(text);
@@ -75,8 +78,8 @@ PartCheck CheckAssignmentText(const Station& st, Station* exec, const std::strin
     return result;
 }
 
-LineCheck CheckLineTexts(const Station& st, Station* exec, const std::string& ifText, const std::string& thenText,
-                         const std::string& elseText) {
+LineCheck CheckLineTexts(const Station& st, Station* exec, const std::string& ifText,
+                         const std::string& thenText, const std::string& elseText) {
     LineCheck out;
     PartCheck p = CheckIfText(st, ifText);
     if (!p.ok) {
@@ -102,8 +105,8 @@ LineCheck CheckLineTexts(const Station& st, Station* exec, const std::string& if
 
 std::optional<std::size_t> ControlRecordBytes(const ControlLine& line) {
     std::size_t total = 2 * sizeof(std::int16_t);  // LastResult, ThenOnRise
-    for (const std::string* s :
-         {&line.IfText, &line.IfCode, &line.ThenText, &line.ThenCode, &line.ElseText, &line.ElseCode}) {
+    for (const std::string* s : {&line.IfText, &line.IfCode, &line.ThenText, &line.ThenCode,
+                                 &line.ElseText, &line.ElseCode}) {
         const auto n = Cp1252Length(*s);
         if (!n) return std::nullopt;
         total += 2 + *n;
@@ -131,9 +134,11 @@ std::vector<std::string> CheckControlTable(const Station& st) {
         // Codes that no longer match their texts (a tag renamed since the line was checked):
         // the scan runs the stored codes, so the line does not do what its texts say.
         // A part whose text is "" never runs, so its code does not matter.
-        const bool stale = ifPart.code != line.IfCode || (!line.ThenText.empty() && thenPart.code != line.ThenCode) ||
+        const bool stale = ifPart.code != line.IfCode ||
+                           (!line.ThenText.empty() && thenPart.code != line.ThenCode) ||
                            (!line.ElseText.empty() && elsePart.code != line.ElseCode);
-        if (ifPart.ok && thenPart.ok && elsePart.ok && stale) problems.push_back(prefix + kStaleCode);
+        if (ifPart.ok && thenPart.ok && elsePart.ok && stale)
+            problems.push_back(prefix + kStaleCode);
     }
     return problems;
 }

@@ -25,7 +25,8 @@ PartCheck CheckIfText(const Station& st, const std::string& text);
 // code "". Otherwise split into text lines at CR LF (a bare LF too; blank lines are
 // skipped), each compiled and, when `exec` is given (the same station), executed once.
 // The code is each assignment's code followed by "!".
-PartCheck CheckAssignmentText(const Station& st, Station* exec, const std::string& text, const char* part);
+PartCheck CheckAssignmentText(const Station& st, Station* exec, const std::string& text,
+                              const char* part);
 
 struct LineCheck {
     bool ok = false;
@@ -36,8 +37,8 @@ struct LineCheck {
 };
 
 // IF, then THEN, then ELSE, stopping at the first problem.
-LineCheck CheckLineTexts(const Station& st, Station* exec, const std::string& ifText, const std::string& thenText,
-                         const std::string& elseText);
+LineCheck CheckLineTexts(const Station& st, Station* exec, const std::string& ifText,
+                         const std::string& thenText, const std::string& elseText);
 
 // The setup file keeps a line in one record of this size.
 inline constexpr std::size_t kControlRecordBytes = 128;

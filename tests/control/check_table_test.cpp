@@ -47,7 +47,8 @@ TEST(CheckControlTable, ReportsEachBadPartWithItsLineNumber) {
 TEST(CheckControlTable, ChangesNoTagAndNoOutput) {
     test::Rig r;
     storeChecked(r, 1, "", "@DO1 = 1\r\n@AO1 = 50\r\n@X = 3");
-    r.st.control.Lines[2].ThenText = "@DO1 = 2";  // would be refused when executed: not executed here
+    r.st.control.Lines[2].ThenText =
+        "@DO1 = 2";  // would be refused when executed: not executed here
     r.st.control.Lines[2].IfCode = ",";
     r.st.control.Lines[2].ThenCode = "@DO1,2,!";
     const TagTable tags = r.st.tags;
@@ -62,7 +63,8 @@ TEST(CheckControlTable, AnIfThatIsNoTruthValueIsASyntaxError) {
     test::Rig r;
     storeChecked(r, 1, "@A>1", "@X = 1");
     r.st.control.Lines[1].IfText = "@A";
-    EXPECT_EQ(CheckControlTable(r.st), std::vector<std::string>{"Control line 1: Syntax Error in If Statement"});
+    EXPECT_EQ(CheckControlTable(r.st),
+              std::vector<std::string>{"Control line 1: Syntax Error in If Statement"});
 }
 
 TEST(CheckControlTable, CodesThatNoLongerMatchTheirTextsAreReported) {
@@ -73,8 +75,8 @@ TEST(CheckControlTable, CodesThatNoLongerMatchTheirTextsAreReported) {
     RebuildTagNameIndex(r.st.tags, r.st.nameIndex);
     r.st.control.Lines[2].IfText = "@ALPHA>1";
     EXPECT_EQ(CheckControlTable(r.st),
-              std::vector<std::string>{
-                  "Control line 2: Stored Code Does Not Match The Statement Text. Check The Line In The Editor"});
+              std::vector<std::string>{"Control line 2: Stored Code Does Not Match The Statement "
+                                       "Text. Check The Line In The Editor"});
 }
 
 TEST(CheckControlTable, ALineTooLongForItsRecordIsReported) {
@@ -87,8 +89,9 @@ TEST(CheckControlTable, ALineTooLongForItsRecordIsReported) {
     l.ElseText = std::string(40, ' ') + "@X = 2";
     l.ElseCode = "@X,2,!";
     EXPECT_EQ(CheckControlTable(r.st),
-              std::vector<std::string>{"Control line 4: Control Line Too Long. The If, Then and Else texts with "
-                                       "their compiled codes must fit in 128 bytes; shorten them"});
+              std::vector<std::string>{
+                  "Control line 4: Control Line Too Long. The If, Then and Else texts with "
+                  "their compiled codes must fit in 128 bytes; shorten them"});
 }
 
 TEST(ControlRecordBytes, SixTextsWithLengthsAndTwoIntegers) {

@@ -44,6 +44,12 @@ TEST(CompileIf, ComparisonsBindTighterThanLogic) {
     EXPECT_EQ(c.code, "@A,1,>,@B,2,<,&,");
 }
 
+TEST(CompileIf, ATagReferenceKeepsItsAt) {
+    test::Rig r;
+    EXPECT_EQ(ifCode(r.st, "@TANK1>50").code, "@TANK1,50,>,");
+    EXPECT_EQ(ifCode(r.st, "@TANK1>1.").code, "@TANK1,1.,>,");
+}
+
 TEST(CompileIf, EmptyTextCompilesToAComma) {
     test::Rig r;
     EXPECT_EQ(ifCode(r.st, "").code, ",");
@@ -288,21 +294,25 @@ TEST(CompileAssignment, UnknownTokens) {
 
 TEST(CompileAssignment, ThirtyTokensAndThirtyStackEntriesAtMost) {
     test::Rig r;
-    EXPECT_EQ(assignment(r.st, "@X = " + sumOf(15)).result, 1);  // 29 tokens
+    EXPECT_EQ(assignment(r.st, "@X = " + sumOf(15)).result, 1);   // 29 tokens
     EXPECT_EQ(assignment(r.st, "@X = " + sumOf(16)).result, -1);  // 31 tokens
     EXPECT_EQ(assignment(r.st, "@X = " + sumOf(5000)).result, -1);
     // Each function adds two tokens: the dummy "1" and itself.
     EXPECT_EQ(assignment(r.st, "@X = SIN(" + sumOf(14) + ")").result, 1);   // 27 + 2
     EXPECT_EQ(assignment(r.st, "@X = SIN(" + sumOf(15) + ")").result, -1);  // 29 + 2
-    EXPECT_EQ(assignment(r.st, "@X = " + std::string(29, '(') + "1" + std::string(29, ')')).code, "@X,1,");
-    EXPECT_EQ(assignment(r.st, "@X = " + std::string(30, '(') + "1" + std::string(30, ')')).result, -1);
+    EXPECT_EQ(assignment(r.st, "@X = " + std::string(29, '(') + "1" + std::string(29, ')')).code,
+              "@X,1,");
+    EXPECT_EQ(assignment(r.st, "@X = " + std::string(30, '(') + "1" + std::string(30, ')')).result,
+              -1);
     // "^" over "*" over "+" stacks up without reducing.
     EXPECT_EQ(assignment(r.st, "@X = 1+2*3^4").code, "@X,1,2,3,4,^,*,+,");
 }
 
 TEST(IsFunctionName, ExactlyTheEightNames) {
-    for (const char* n : {"SIN", "COS", "TAN", "ATN", "LOG", "ABS", "EXP", "SQR"}) EXPECT_TRUE(IsFunctionName(n)) << n;
-    for (const char* n : {"", "sin", "SINE", "SI", "ATAN", "LN", "SQRT", "INT"}) EXPECT_FALSE(IsFunctionName(n)) << n;
+    for (const char* n : {"SIN", "COS", "TAN", "ATN", "LOG", "ABS", "EXP", "SQR"})
+        EXPECT_TRUE(IsFunctionName(n)) << n;
+    for (const char* n : {"", "sin", "SINE", "SI", "ATAN", "LN", "SQRT", "INT"})
+        EXPECT_FALSE(IsFunctionName(n)) << n;
 }
 
 }  // namespace kova

@@ -14,14 +14,17 @@ using test::Shown;
 
 namespace {
 
-Shown error(const std::string& text) { return {text, "Error"}; }
+Shown error(const std::string& text) {
+    return {text, "Error"};
+}
 
 struct EditorRig : test::Rig {
     ControlForm form;
     EditorRig() { form = OpenControlForm(st); }
 
     // Types a line into the boxes and presses Next.
-    void enterAndNext(const std::string& ifText, const std::string& thenText, const std::string& elseText = "") {
+    void enterAndNext(const std::string& ifText, const std::string& thenText,
+                      const std::string& elseText = "") {
         form.TxtIf = ifText;
         form.TxtThen = thenText;
         form.TxtElse = elseText;
@@ -52,7 +55,8 @@ TEST(ControlEditor, OpensOnLineOneWithTheUsedTagNamesInTagOrder) {
     r.st.switches.ControlsEnabled = 1;
     const ControlForm f = OpenControlForm(r.st);
     EXPECT_EQ(f.LblLineNo, 1);
-    EXPECT_EQ(f.CboTag, (std::vector<std::string>{"A", "B", "TANK1", "AO1", "DO1", "PUMP", "DI1", "FLAG", "AO2"}));
+    EXPECT_EQ(f.CboTag, (std::vector<std::string>{"A", "B", "TANK1", "AO1", "DO1", "PUMP", "DI1",
+                                                  "FLAG", "AO2"}));
     EXPECT_EQ(f.TxtIf, "@A>1");
     EXPECT_EQ(f.TxtThen, "@B = 1");
     EXPECT_EQ(f.TxtElse, "");
@@ -73,7 +77,7 @@ TEST(ControlEditor, NextChecksStoresAndShowsTheNextLine) {
     r.enterAndNext("@a > 1", "@x = 5", "@X = 6");
     EXPECT_TRUE(r.prompt.messages.empty());
     const ControlLine& line = r.st.control.Lines[1];
-    EXPECT_EQ(line.IfText, "@a > 1");  // texts are stored as typed
+    EXPECT_EQ(line.IfText, "@a > 1");   // texts are stored as typed
     EXPECT_EQ(line.IfCode, "@A,1,>,");  // and compiled upper-cased
     EXPECT_EQ(line.ThenText, "@x = 5");
     EXPECT_EQ(line.ThenCode, "@X,5,!");
@@ -356,7 +360,8 @@ TEST(ControlEditor, ALineThatWouldNotFitItsRecordIsRefusedBeforeAnythingRuns) {
     for (int i = 0; i < 5; ++i) then += "@X = @X + 1\r\n";  // 13 + 67 + 57 = 137
     r.form.TxtThen = then;
     r.expectRefused(
-        "Control Line Too Long. The If, Then and Else texts with their compiled codes must fit in 128 bytes; "
+        "Control Line Too Long. The If, Then and Else texts with their compiled codes must fit in "
+        "128 bytes; "
         "shorten them");
     EXPECT_EQ(r.value(kX), 0.0f);  // nothing executed
     // The same line one assignment shorter fits.
@@ -381,7 +386,8 @@ TEST(ControlEditor, ExactlyOneHundredAndTwentyEightBytesFit) {
     // One blank more is one byte too many.
     r.form.TxtThen = "@X =   " + digits;
     r.expectRefused(
-        "Control Line Too Long. The If, Then and Else texts with their compiled codes must fit in 128 bytes; "
+        "Control Line Too Long. The If, Then and Else texts with their compiled codes must fit in "
+        "128 bytes; "
         "shorten them");
 }
 

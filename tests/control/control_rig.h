@@ -11,16 +11,16 @@ namespace kova::test {
 
 // Tag numbers of the rig.
 enum RigTag : int {
-    kA = 1,      // analog variable A
-    kB = 2,      // analog variable B
-    kX = 3,      // analog variable X
-    kTank = 4,   // analog input TANK1 (AI-3)
-    kAo1 = 5,    // analog output AO1 on AO-1: 0..100 over 0..4095
-    kDo1 = 6,    // digital output DO1 on DO-1
-    kPump = 7,   // digital output PUMP on DO-3
-    kDi1 = 8,    // digital input DI1 on DI-2
-    kFlag = 9,   // digital variable FLAG
-    kAo2 = 10,   // analog output AO2 on AO-2: slope 1, offset 0
+    kA = 1,     // analog variable A
+    kB = 2,     // analog variable B
+    kX = 3,     // analog variable X
+    kTank = 4,  // analog input TANK1 (AI-3)
+    kAo1 = 5,   // analog output AO1 on AO-1: 0..100 over 0..4095
+    kDo1 = 6,   // digital output DO1 on DO-1
+    kPump = 7,  // digital output PUMP on DO-3
+    kDi1 = 8,   // digital input DI1 on DI-2
+    kFlag = 9,  // digital variable FLAG
+    kAo2 = 10,  // analog output AO2 on AO-2: slope 1, offset 0
 };
 
 struct Rig {
@@ -43,8 +43,8 @@ struct Rig {
         RebuildTagNameIndex(st.tags, st.nameIndex);
     }
 
-    Tag& analog(int n, const std::string& name, const std::string& io, std::int16_t raw1 = 0, float eng1 = 0,
-                std::int16_t raw2 = 4000, float eng2 = 4000) {
+    Tag& analog(int n, const std::string& name, const std::string& io, std::int16_t raw1 = 0,
+                float eng1 = 0, std::int16_t raw2 = 4000, float eng2 = 4000) {
         Tag& t = st.tags[n];
         t.TagName = name;
         t.IOName = io;

@@ -150,8 +150,9 @@ TEST(ExecuteAssignment, EveryFunction) {
     const struct {
         const char* fn;
         double expected;
-    } cases[] = {{"SIN", std::sin(a)}, {"COS", std::cos(a)}, {"TAN", std::tan(a)}, {"ATN", std::atan(a)},
-                 {"LOG", std::log(a)}, {"ABS", std::fabs(a)}, {"EXP", std::exp(a)}, {"SQR", std::sqrt(a)}};
+    } cases[] = {{"SIN", std::sin(a)},  {"COS", std::cos(a)}, {"TAN", std::tan(a)},
+                 {"ATN", std::atan(a)}, {"LOG", std::log(a)}, {"ABS", std::fabs(a)},
+                 {"EXP", std::exp(a)},  {"SQR", std::sqrt(a)}};
     for (const auto& c : cases) {
         EXPECT_EQ(run(r, std::string("@X = ") + c.fn + "(@A)"), 1) << c.fn;
         EXPECT_EQ(r.value(kX), static_cast<float>(c.expected)) << c.fn;
@@ -192,8 +193,8 @@ TEST(ExecuteAssignment, NoRealResultFailsAndStoresNothing) {
 TEST(ExecuteAssignment, OverflowFailsAndStoresNothing) {
     test::Rig r;
     r.set(kX, 9);
-    EXPECT_EQ(run(r, "@X = 10^39"), -1);          // beyond single precision
-    EXPECT_EQ(run(r, "@X = EXP(1000)"), -1);      // beyond double precision
+    EXPECT_EQ(run(r, "@X = 10^39"), -1);      // beyond single precision
+    EXPECT_EQ(run(r, "@X = EXP(1000)"), -1);  // beyond double precision
     EXPECT_EQ(run(r, "@X = 10^300*10^300/10^300"), -1);
     EXPECT_EQ(r.value(kX), 9.0f);
     EXPECT_EQ(run(r, "@X = 10^38"), 1);

@@ -299,7 +299,9 @@ TEST(RunControls, CachedPassGivesTheSameResultsAsTheTextEvaluators) {
             ControlLine& line = text.st.control.Lines[i];
             const std::int16_t res = EvaluateIf(text.st, line.IfCode);
             line.LastResult = res;
-            const std::string& part = res > 0 ? line.ThenCode : res == 0 ? line.ElseCode : std::string();
+            const std::string& part = res > 0    ? line.ThenCode
+                                      : res == 0 ? line.ElseCode
+                                                 : std::string();
             std::size_t pos = 0;
             while (pos < part.size()) {
                 const std::size_t bang = part.find('!', pos);
