@@ -2,11 +2,6 @@
 
 namespace kova {
 
-void Qrt105Simulator::updateConverter() {
-    converter_.update(isSet(controlRegister(), 1), isSet(dataRegister(), 0),
-                      isSet(dataRegister(), 1));
-}
-
 void Qrt105Simulator::dataChanged(std::uint8_t, std::uint8_t) {
     updateConverter();
 }
@@ -22,7 +17,7 @@ void Qrt105Simulator::controlChanged(std::uint8_t before, std::uint8_t after) {
 
 std::uint8_t Qrt105Simulator::statusPins() const {
     std::uint8_t pins = static_cast<std::uint8_t>(sampled_ << 4);  // DI-1..DI-3, DI-4 on BUSY
-    if (converter_.dataOut()) pins |= 0x08;
+    pins |= converterPin();
     return pins;
 }
 

@@ -6,30 +6,25 @@
 // the port inverts). Before the first strobe the sampled inputs are all 0.
 #include <cstdint>
 
-#include "daq/sim/module_simulator.h"
-#include "daq/sim/serial_converter12.h"
+#include "daq/sim/qrt105_family.h"
 #include "tags/daq_profile.h"
 
 namespace kova {
 
-class Qrt105Simulator final : public ModuleSimulator {
-  public:
+class Qrt105Simulator final : public Qrt105FamilySimulator {
+public:
     int typeCode() const override { return kDaqQrt105; }
-    void setAnalogInput(int n, int counts) { converter_.setInput(n, counts); }
     // DI-1..DI-4 pin levels in bits 0..3 (1 = high).
     void setDigitalInputs(std::uint16_t word) { inputs_ = static_cast<std::uint8_t>(word & 15); }
     std::uint16_t latchedDigitalOutputs() const override { return outputs_; }
-    const SerialConverter12& converter() const { return converter_; }
     int strobes() const { return strobes_; }
 
-  protected:
+protected:
     void dataChanged(std::uint8_t before, std::uint8_t after) override;
     void controlChanged(std::uint8_t before, std::uint8_t after) override;
     std::uint8_t statusPins() const override;
 
-  private:
-    void updateConverter();
-    SerialConverter12 converter_;
+private:
     std::uint8_t inputs_ = 0;
     std::uint8_t sampled_ = 0;
     std::uint8_t outputs_ = 0;

@@ -2,11 +2,6 @@
 
 namespace kova {
 
-void Qrt110Simulator::updateConverter() {
-    converter_.update(isSet(controlRegister(), 1), isSet(dataRegister(), 0),
-                      isSet(dataRegister(), 1));
-}
-
 void Qrt110Simulator::dataChanged(std::uint8_t before, std::uint8_t after) {
     if (isSet(controlRegister(), 0) && rose(before, after, 0))
         shift_ = ((shift_ << 1) | (isSet(after, 1) ? 1u : 0u)) & 0xFFFFFFu;
@@ -29,7 +24,7 @@ int Qrt110Simulator::latchedAnalogOutput(int n) const {
 }
 
 std::uint8_t Qrt110Simulator::statusPins() const {
-    return converter_.dataOut() ? 0x08 : 0x00;
+    return converterPin();
 }
 
 }  // namespace kova

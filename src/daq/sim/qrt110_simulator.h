@@ -8,28 +8,23 @@
 // 0 are ignored.
 #include <cstdint>
 
-#include "daq/sim/module_simulator.h"
-#include "daq/sim/serial_converter12.h"
+#include "daq/sim/qrt105_family.h"
 #include "tags/daq_profile.h"
 
 namespace kova {
 
-class Qrt110Simulator final : public ModuleSimulator {
-  public:
+class Qrt110Simulator final : public Qrt105FamilySimulator {
+public:
     int typeCode() const override { return kDaqQrt110; }
-    void setAnalogInput(int n, int counts) { converter_.setInput(n, counts); }
     int latchedAnalogOutput(int n) const override;
-    const SerialConverter12& converter() const { return converter_; }
     int loads() const { return loads_; }
 
-  protected:
+protected:
     void dataChanged(std::uint8_t before, std::uint8_t after) override;
     void controlChanged(std::uint8_t before, std::uint8_t after) override;
     std::uint8_t statusPins() const override;
 
-  private:
-    void updateConverter();
-    SerialConverter12 converter_;
+private:
     std::uint32_t shift_ = 0;
     int ao1_ = 0;
     int ao2_ = 0;
