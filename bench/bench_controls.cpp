@@ -1,12 +1,12 @@
 // Cost of one pass of the control statements over 30 typical lines, and the heap
-// allocations it makes (counted by replacing the global operator new in this program).
+// allocations it makes (counted by the allocation counter linked into every benchmark).
 #include <benchmark/benchmark.h>
 
-#include <atomic>
 #include <cstdlib>
 #include <new>
 #include <string>
 
+#include "support/allocation_counter.h"
 #include "control/compiler.h"
 #include "control/evaluator.h"
 #include "control/line_check.h"
@@ -14,39 +14,6 @@
 #include "core/station.h"
 #include "tags/tag_name_index.h"
 #include "tags/tag_table.h"
-
-namespace {
-std::atomic<long long> gAllocations{0};
-
-// Out of line, so that the compiler does not pair a visible malloc with a visible delete.
-[[gnu::noinline]] void* allocate(std::size_t n) {
-    gAllocations.fetch_add(1, std::memory_order_relaxed);
-    if (void* p = std::malloc(n == 0 ? 1 : n)) return p;
-    throw std::bad_alloc();
-}
-[[gnu::noinline]] void release(void* p) noexcept {
-    std::free(p);
-}
-}  // namespace
-
-void* operator new(std::size_t n) {
-    return allocate(n);
-}
-void* operator new[](std::size_t n) {
-    return allocate(n);
-}
-void operator delete(void* p) noexcept {
-    release(p);
-}
-void operator delete[](void* p) noexcept {
-    release(p);
-}
-void operator delete(void* p, std::size_t) noexcept {
-    release(p);
-}
-void operator delete[](void* p, std::size_t) noexcept {
-    release(p);
-}
 
 namespace {
 
@@ -139,12 +106,12 @@ void BM_RunControlsThirtyLines(benchmark::State& state) {
     buildPlant(st);
     RunControls(st);  // the first pass builds each line's compiled image
     int pass = 0;
-    const long long before = gAllocations.load();
+    const long long before = kova::bench::AllocationCount();
     for (auto _ : state) {
         moveInputs(st, ++pass);
         kova::RunControls(st);
     }
-    const long long allocations = gAllocations.load() - before;
+    const long long allocations = kova::bench::AllocationCount() - before;
     state.counters["allocs_per_pass"] = benchmark::Counter(static_cast<double>(allocations) /
                                                            static_cast<double>(state.iterations()));
 }
@@ -156,7 +123,7 @@ void BM_EvaluateCodeTextsThirtyLines(benchmark::State& state) {
     kova::Station st;
     buildPlant(st);
     int pass = 0;
-    const long long before = gAllocations.load();
+    const long long before = kova::bench::AllocationCount();
     for (auto _ : state) {
         moveInputs(st, ++pass);
         for (int i = 1; i <= st.control.ControlCount; ++i) {
@@ -172,7 +139,7 @@ void BM_EvaluateCodeTextsThirtyLines(benchmark::State& state) {
             }
         }
     }
-    const long long allocations = gAllocations.load() - before;
+    const long long allocations = kova::bench::AllocationCount() - before;
     state.counters["allocs_per_pass"] = benchmark::Counter(static_cast<double>(allocations) /
                                                            static_cast<double>(state.iterations()));
 }

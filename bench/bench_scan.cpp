@@ -2,24 +2,12 @@
 // use, min/max tracked. Also counts heap allocations per tick (target: none in steady state).
 #include <benchmark/benchmark.h>
 
-#include <atomic>
 #include <cstdlib>
 #include <new>
 
 #include "core/scan_cycle.h"
+#include "support/allocation_counter.h"
 #include "tags/tag_table.h"
-
-namespace {
-std::atomic<long long> gAllocations{0};
-}
-
-void* operator new(std::size_t n) {
-    gAllocations.fetch_add(1, std::memory_order_relaxed);
-    if (void* p = std::malloc(n ? n : 1)) return p;
-    throw std::bad_alloc();
-}
-void operator delete(void* p) noexcept { std::free(p); }
-void operator delete(void* p, std::size_t) noexcept { std::free(p); }
 
 namespace {
 
@@ -57,14 +45,14 @@ void BM_TickFullConfiguration(benchmark::State& state) {
     for (int i = 0; i < 10; ++i) kova::Tick(st);  // warm up
 
     long long ticks = 0;
-    const long long before = gAllocations.load();
+    const long long before = kova::bench::AllocationCount();
     for (auto _ : state) {
         clock.advance(100);
         kova::Tick(st);
         ++ticks;
     }
     state.counters["allocs_per_tick"] =
-        benchmark::Counter(static_cast<double>(gAllocations.load() - before) / static_cast<double>(ticks ? ticks : 1));
+        benchmark::Counter(static_cast<double>(kova::bench::AllocationCount() - before) / static_cast<double>(ticks ? ticks : 1));
 }
 BENCHMARK(BM_TickFullConfiguration);
 
