@@ -1,0 +1,18 @@
+#pragma once
+// Runs kova-cli (the path in KOVA_CLI) and captures what it printed and its exit code.
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace kova::test {
+
+struct CliResult {
+    int exitCode = -1;
+    std::string out;
+    std::string err;
+};
+
+std::filesystem::path CliPath();
+CliResult RunCli(const std::vector<std::string>& args);
+
+}  // namespace kova::test
