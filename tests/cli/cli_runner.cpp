@@ -18,7 +18,9 @@ std::filesystem::path CliPath() {
     return path ? std::filesystem::path(path) : std::filesystem::path();
 }
 
-CliResult RunCli(const std::vector<std::string>& args) {
+CliResult RunCli(const std::vector<std::string>& args) { return RunCliIn({}, args); }
+
+CliResult RunCliIn(const std::filesystem::path& folder, const std::vector<std::string>& args) {
     CliResult result;
     const auto cli = CliPath();
     if (cli.empty()) {
@@ -32,6 +34,7 @@ CliResult RunCli(const std::vector<std::string>& args) {
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addopen(&actions, 1, out.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
     posix_spawn_file_actions_addopen(&actions, 2, err.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+    if (!folder.empty()) posix_spawn_file_actions_addchdir_np(&actions, folder.c_str());
     std::vector<std::string> all = {cli.string()};
     all.insert(all.end(), args.begin(), args.end());
     std::vector<char*> argv;

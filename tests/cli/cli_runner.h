@@ -14,5 +14,7 @@ struct CliResult {
 
 std::filesystem::path CliPath();
 CliResult RunCli(const std::vector<std::string>& args);
+// The same with the given working folder (where run finds "KOVA_P.CAL").
+CliResult RunCliIn(const std::filesystem::path& folder, const std::vector<std::string>& args);
 
 }  // namespace kova::test

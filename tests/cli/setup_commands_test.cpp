@@ -24,6 +24,12 @@ std::string Rich() {
     return EncodeSetupFile(*st);
 }
 
+// A configuration every check accepts: the defaults.
+std::string Clean() {
+    auto st = std::make_unique<Station>();
+    return EncodeSetupFile(*st);
+}
+
 bool OneLine(const std::string& s) {
     return !s.empty() && s.back() == '\n' && s.find('\n') == s.size() - 1;
 }
@@ -383,7 +389,7 @@ TEST(CliBuild, NeedsAnInputAndAnOutput) {
 
 TEST(CliCheck, CleanFileExitsZero) {
     TempFolder dir;
-    WriteFileBytes(dir / "ok.SUF", Rich());
+    WriteFileBytes(dir / "ok.SUF", Clean());
     const CliResult r = RunCli({"check", (dir / "ok.SUF").string()});
     EXPECT_EQ(r.exitCode, 0);
     EXPECT_EQ(r.out, (dir / "ok.SUF").string() + ": no problems found\n");
@@ -425,5 +431,24 @@ TEST(CliCheck, UnreadableFileIsAnErrorWithExitCode2) {
     EXPECT_EQ(noArgs.exitCode, 2);
     EXPECT_EQ(noArgs.err, "kova-cli: check: expected one setup file: kova-cli check FILE.SUF\n");
 }
+
+TEST(CliCheck, ReportsControlLinesThatDoNotCompile) {
+    TempFolder dir;
+    WriteFileBytes(dir / "c.SUF", Rich());  // its statements name tags the file does not have
+    const CliResult r = RunCli({"check", (dir / "c.SUF").string()});
+    EXPECT_EQ(r.exitCode, 1);
+    EXPECT_NE(r.out.find("Control line 1: Unknown Token @PUMP in Then Statement"), std::string::npos);
+}
+
+TEST(CliCheck, ReportsAnUnknownModuleType) {
+    TempFolder dir;
+    auto st = std::make_unique<Station>();
+    st->profile.TypeCode = 9;
+    WriteFileBytes(dir / "t.SUF", EncodeSetupFile(*st));
+    const CliResult r = RunCli({"check", (dir / "t.SUF").string()});
+    EXPECT_EQ(r.exitCode, 1);
+    EXPECT_NE(r.out.find("DaqType 9 is not a module type (0..5)"), std::string::npos);
+}
+
 
 }  // namespace kova::test

@@ -27,6 +27,7 @@ void usage(std::FILE* out) {
         "       kova-cli build FILE.json -o FILE.SUF\n"
         "       kova-cli run FILE.SUF [--ticks N] [--start \"YYYY-MM-DD HH:MM:SS.mmm\"] [--poll] "
         "[--log] [--save OUT.SUF]\n"
+        "                    [--state OUT.json] [--port sim]\n"
         "       kova-cli check FILE.SUF\n",
         out);
 }
