@@ -20,11 +20,7 @@ namespace {
 void tag(kova::Station& st, int n, const std::string& name, const std::string& io) {
     kova::Tag& t = st.tags[n];
     t.TagName = name;
-    t.IOName = io;
-    const kova::IONameClass c = kova::ClassifyIOName(io);
-    t.Kind = c.Kind;
-    t.Direction = c.Direction;
-    t.IONumber = c.IONumber;
+    kova::BindIOName(t, io);
     t.Address = 1;
     t.RawValue1 = 0;
     t.EngValue1 = 0;

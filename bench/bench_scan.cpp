@@ -29,11 +29,7 @@ void BM_TickFullConfiguration(benchmark::State& state) {
     for (int i = 1; i <= 32; ++i) {
         kova::Tag& t = st.tags[i];
         t.TagName = "TAG" + std::to_string(i);
-        t.IOName = i <= 16 ? ioNames[i - 1] : "Analog Variable";
-        const kova::IONameClass c = kova::ClassifyIOName(t.IOName);
-        t.Kind = c.Kind;
-        t.Direction = c.Direction;
-        t.IONumber = c.IONumber;
+        kova::BindIOName(t, i <= 16 ? ioNames[i - 1] : "Analog Variable");
         t.Address = 1;
         t.RawValue2 = 4095;
         t.EngValue2 = 100;

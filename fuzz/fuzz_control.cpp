@@ -18,11 +18,7 @@ namespace {
 void tag(kova::Station& st, int n, const char* name, const char* io) {
     kova::Tag& t = st.tags[n];
     t.TagName = name;
-    t.IOName = io;
-    const kova::IONameClass c = kova::ClassifyIOName(io);
-    t.Kind = c.Kind;
-    t.Direction = c.Direction;
-    t.IONumber = c.IONumber;
+    kova::BindIOName(t, io);
     t.Address = 1;
     t.RawValue2 = 4095;
     t.EngValue2 = 100;

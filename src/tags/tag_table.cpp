@@ -66,6 +66,14 @@ IONameClass ClassifyIOName(const std::string& ioName) {
     return c;
 }
 
+void BindIOName(Tag& tag, const std::string& ioName) {
+    const IONameClass c = ClassifyIOName(ioName);
+    tag.IOName = ioName;
+    tag.Kind = c.Kind;
+    tag.Direction = c.Direction;
+    tag.IONumber = c.IONumber;
+}
+
 void ComputeScaling(Tag& tag) {
     const std::int16_t rawDiff = sub16(tag.RawValue2, tag.RawValue1);
     if (rawDiff == 0) {

@@ -26,11 +26,7 @@ void setTag(Station& st, int n, const std::string& name, const std::string& io, 
     Tag& t = st.tags[n];
     t.TagName = name;
     t.Label = name + " label";
-    t.IOName = io;
-    const IONameClass c = ClassifyIOName(io);
-    t.Kind = c.Kind;
-    t.Direction = c.Direction;
-    t.IONumber = c.IONumber;
+    BindIOName(t, io);
     t.Address = 1;
     t.RawValue1 = 0;
     t.EngValue1 = 0;

@@ -47,11 +47,7 @@ struct Rig {
                 float eng1 = 0, std::int16_t raw2 = 4000, float eng2 = 4000) {
         Tag& t = st.tags[n];
         t.TagName = name;
-        t.IOName = io;
-        const IONameClass c = ClassifyIOName(io);
-        t.Kind = c.Kind;
-        t.Direction = c.Direction;
-        t.IONumber = c.IONumber;
+        BindIOName(t, io);
         t.Address = 1;
         t.RawValue1 = raw1;
         t.EngValue1 = eng1;
@@ -64,11 +60,7 @@ struct Rig {
     Tag& digital(int n, const std::string& name, const std::string& io) {
         Tag& t = st.tags[n];
         t.TagName = name;
-        t.IOName = io;
-        const IONameClass c = ClassifyIOName(io);
-        t.Kind = c.Kind;
-        t.Direction = c.Direction;
-        t.IONumber = c.IONumber;
+        BindIOName(t, io);
         t.Address = 1;
         t.RawValue1 = 0;
         t.RawValue2 = 1;
