@@ -280,7 +280,7 @@ std::int16_t CompileIf(const Station& st, const std::string& text, std::string& 
     const std::int16_t r = p.run(token);
     if (r != kCodeOk) return r;
     if (p.outputCount() == 0) {
-        code = ",";  // an empty IF: always true
+        code.assign(1, ',');  // an empty IF: always true
         return kCodeOk;
     }
     for (int i = 0; i < p.outputCount(); ++i) {

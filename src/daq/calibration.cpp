@@ -20,8 +20,13 @@ std::int16_t CorrectReading(const CalibrationData& cal, std::int16_t raw) {
 }
 
 std::string CalibrationFileText(const CalibrationData& cal) {
-    auto field = [](std::int16_t v) { return (v >= 0 ? " " : "") + std::to_string(v) + " "; };
-    return field(cal.CalInput) + field(cal.CalMeasured) + field(cal.CalOffset) + "\r\n";
+    std::string text;
+    for (const std::int16_t v : {cal.CalInput, cal.CalMeasured, cal.CalOffset}) {
+        if (v >= 0) text += ' ';
+        text += std::to_string(v);
+        text += ' ';
+    }
+    return text + "\r\n";
 }
 
 bool ParseCalibrationText(const std::string& text, CalibrationData& out, std::string& why) {

@@ -74,7 +74,11 @@ LocalDateTime SystemClock::now() const {
     const auto ms = std::chrono::duration_cast<std::chrono::milliseconds>(now.time_since_epoch()).count();
     const std::time_t secs = static_cast<std::time_t>(ms / 1000);
     std::tm local{};
+#ifdef _WIN32
+    localtime_s(&local, &secs);
+#else
     localtime_r(&secs, &local);
+#endif
     LocalDateTime t;
     t.year = local.tm_year + 1900;
     t.month = local.tm_mon + 1;
