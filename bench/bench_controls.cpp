@@ -6,12 +6,12 @@
 #include <new>
 #include <string>
 
-#include "support/allocation_counter.h"
 #include "control/compiler.h"
 #include "control/evaluator.h"
 #include "control/line_check.h"
 #include "control/run_controls.h"
 #include "core/station.h"
+#include "support/allocation_counter.h"
 #include "tags/tag_name_index.h"
 #include "tags/tag_table.h"
 

@@ -12,7 +12,7 @@
 namespace {
 
 class NoTimer final : public kova::ScanTimer {
-public:
+  public:
     void setInterval(int) override {}
 };
 
@@ -36,7 +36,9 @@ void BM_TickFullConfiguration(benchmark::State& state) {
         kova::ComputeScaling(t);
     }
     for (int trend = 1; trend <= 10; ++trend)
-        for (int pen = 1; pen <= 4; ++pen) st.trends.TrendTable(trend, pen) = static_cast<std::int16_t>(1 + (trend * 4 + pen) % 32);
+        for (int pen = 1; pen <= 4; ++pen)
+            st.trends.TrendTable(trend, pen) =
+                static_cast<std::int16_t>(1 + (trend * 4 + pen) % 32);
     kova::RebuildTagNameIndex(st.tags, st.nameIndex);
     for (int i = 0; i < 10; ++i) kova::Tick(st);  // warm up
 
@@ -48,7 +50,8 @@ void BM_TickFullConfiguration(benchmark::State& state) {
         ++ticks;
     }
     state.counters["allocs_per_tick"] =
-        benchmark::Counter(static_cast<double>(kova::bench::AllocationCount() - before) / static_cast<double>(ticks ? ticks : 1));
+        benchmark::Counter(static_cast<double>(kova::bench::AllocationCount() - before) /
+                           static_cast<double>(ticks ? ticks : 1));
 }
 BENCHMARK(BM_TickFullConfiguration);
 

@@ -72,9 +72,13 @@ LoadOutcome LoadConfiguration(Station& st, const std::filesystem::path& file) {
     return out;
 }
 
-void SaveConfiguration(const Station& st, const std::filesystem::path& file) { SaveSetupFile(st, file); }
+void SaveConfiguration(const Station& st, const std::filesystem::path& file) {
+    SaveSetupFile(st, file);
+}
 
-LoadOutcome StartStation(Station& st) { return StartStation(st, st.workingFolder / kDefaultSetupFile); }
+LoadOutcome StartStation(Station& st) {
+    return StartStation(st, st.workingFolder / kDefaultSetupFile);
+}
 
 LoadOutcome StartStation(Station& st, const std::filesystem::path& setupFile) {
     const CalibrationLoad cal = LoadCalibration(st.workingFolder);

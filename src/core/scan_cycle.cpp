@@ -102,7 +102,8 @@ long long periodMs(std::int16_t period, std::int16_t units) {
 // it at the end for the general error report.
 std::exception_ptr logWhenDue(Station& st) {
     ScanState& s = st.scan;
-    s.LogAccumMs = narrow32(static_cast<long long>(s.LogAccumMs) + periodMs(st.periods.IOPeriod, st.periods.IOUnits));
+    s.LogAccumMs = narrow32(static_cast<long long>(s.LogAccumMs) +
+                            periodMs(st.periods.IOPeriod, st.periods.IOUnits));
     if (s.LogAccumMs < periodMs(st.periods.LogPeriod, st.periods.LogUnits)) return nullptr;
     std::exception_ptr fault;
     try {

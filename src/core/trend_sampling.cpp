@@ -4,8 +4,10 @@ namespace kova {
 
 void SampleTrends(Station& st) {
     TrendState& t = st.trends;
-    t.NewestSample = t.NewestSample >= kTrendRows ? 1 : static_cast<std::int16_t>(t.NewestSample + 1);
-    t.OldestSample = t.OldestSample >= kTrendRows ? 1 : static_cast<std::int16_t>(t.OldestSample + 1);
+    t.NewestSample =
+        t.NewestSample >= kTrendRows ? 1 : static_cast<std::int16_t>(t.NewestSample + 1);
+    t.OldestSample =
+        t.OldestSample >= kTrendRows ? 1 : static_cast<std::int16_t>(t.OldestSample + 1);
     for (int trend = 1; trend <= 10; ++trend) {
         for (int pen = 1; pen <= 4; ++pen) {
             const int tag = t.TrendTable(trend, pen);

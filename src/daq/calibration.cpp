@@ -14,7 +14,8 @@ namespace kova {
 std::int16_t CorrectReading(const CalibrationData& cal, std::int16_t raw) {
     const std::int32_t product = narrow32(static_cast<long long>(cal.CalInput) * raw);
     const std::int16_t sum = add16(cal.CalMeasured, cal.CalOffset);
-    if (sum == 0) throw Fault(FaultKind::DivisionByZero, "Division by zero: calibration gain point");
+    if (sum == 0)
+        throw Fault(FaultKind::DivisionByZero, "Division by zero: calibration gain point");
     const double corrected = static_cast<double>(product) / sum + cal.CalOffset;
     return toInt16(corrected);
 }

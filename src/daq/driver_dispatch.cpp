@@ -9,7 +9,9 @@
 
 namespace kova {
 
-PortBus StationBus(Station& st) { return PortBus(st.daq.Port, *st.platform.port); }
+PortBus StationBus(Station& st) {
+    return PortBus(st.daq.Port, *st.platform.port);
+}
 
 std::int16_t ReadAnalogInput(Station& st, std::int16_t singleEnded, std::int16_t& channel) {
     if (!st.switches.PollEnabled) return 0;

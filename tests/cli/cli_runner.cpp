@@ -18,7 +18,9 @@ std::filesystem::path CliPath() {
     return path ? std::filesystem::path(path) : std::filesystem::path();
 }
 
-CliResult RunCli(const std::vector<std::string>& args) { return RunCliIn({}, args); }
+CliResult RunCli(const std::vector<std::string>& args) {
+    return RunCliIn({}, args);
+}
 
 CliResult RunCliIn(const std::filesystem::path& folder, const std::vector<std::string>& args) {
     CliResult result;

@@ -1,11 +1,11 @@
 // kova-cli run: a setup file runs as the program's start-up would run it, on a simulated
 // or the real clock.
-#include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 #include <fcntl.h>
+#include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <nlohmann/json.hpp>
 
 #include <chrono>
 #include <memory>
@@ -22,7 +22,8 @@ namespace {
 
 constexpr const char* kStart = "2026-11-15 10:00:00.000";  // a Sunday
 
-void setTag(Station& st, int n, const std::string& name, const std::string& io, int raw2 = 1, float eng2 = 1) {
+void setTag(Station& st, int n, const std::string& name, const std::string& io, int raw2 = 1,
+            float eng2 = 1) {
     Tag& t = st.tags[n];
     t.TagName = name;
     t.Label = name + " label";
@@ -50,7 +51,9 @@ struct Folder {
     }
 };
 
-nlohmann::json readJson(const std::filesystem::path& p) { return nlohmann::json::parse(ReadFileBytes(p)); }
+nlohmann::json readJson(const std::filesystem::path& p) {
+    return nlohmann::json::parse(ReadFileBytes(p));
+}
 
 TEST(CliRun, SimulatedClockGivesTheHandComputedValues) {
     Folder f;
@@ -61,8 +64,9 @@ TEST(CliRun, SimulatedClockGivesTheHandComputedValues) {
     st->switches.ControlsEnabled = 1;
     const std::string file = f.save(*st);
 
-    const CliResult r = RunCliIn(f.dir.path(), {"run", file, "--start", kStart, "--ticks", "5", "--poll",
-                                                "--state", "state.json", "--save", "out.SUF"});
+    const CliResult r =
+        RunCliIn(f.dir.path(), {"run", file, "--start", kStart, "--ticks", "5", "--poll", "--state",
+                                "state.json", "--save", "out.SUF"});
     ASSERT_EQ(r.exitCode, 0) << r.err;
     EXPECT_EQ(r.out, "");
     // One-second period: five scans read AI-1 as 200, 202, 204, 206, 208.
@@ -79,7 +83,7 @@ TEST(CliRun, SimulatedClockGivesTheHandComputedValues) {
     EXPECT_EQ(state["tags"][36]["Value"], 1.0);   // DW: Sunday
     EXPECT_EQ(state["tags"][37]["Value"], 1.0);   // SU after the first pass
     EXPECT_EQ(state["TagMaximum"][0], 208.0);
-    EXPECT_EQ(state["TagMinimum"][0], 0.0);  // both start at 0
+    EXPECT_EQ(state["TagMinimum"][0], 0.0);      // both start at 0
     EXPECT_EQ(state["TagMaximum"][1], 36003.0);  // tracked before the statements of the same tick
     // The calibration file was created in the working folder with the defaults.
     EXPECT_EQ(ReadFileBytes(f.dir / "KOVA_P.CAL"), " 4000  4000  0 \r\n");
@@ -91,7 +95,8 @@ TEST(CliRun, WithoutPollInputsReadZeroAndTagsTakeTheirOffset) {
     setTag(*st, 1, "A1", "AI-1", 2, 6);  // slope 3, offset 0 ...
     st->tags[1].EngValue1 = 4;           // ... then offset 4
     const std::string file = f.save(*st);
-    const CliResult r = RunCliIn(f.dir.path(), {"run", file, "--start", kStart, "--ticks", "3", "--save", "out.SUF"});
+    const CliResult r = RunCliIn(
+        f.dir.path(), {"run", file, "--start", kStart, "--ticks", "3", "--save", "out.SUF"});
     ASSERT_EQ(r.exitCode, 0) << r.err;
     auto out = std::make_unique<Station>();
     ASSERT_TRUE(LoadSetupFile(*out, f.dir / "out.SUF").ok);
@@ -114,7 +119,8 @@ TEST(CliRun, AlarmLinesArePrintedAsTheyReachTheStatusBar) {
     const std::string file = f.save(*st);
     // Values 200, 202, 204, 206, ..., 398, 200: high from the 4th tick (10:00:03), normal again
     // when the ramp falls back on the 101st (10:01:40).
-    const CliResult r = RunCliIn(f.dir.path(), {"run", file, "--start", kStart, "--ticks", "102", "--poll"});
+    const CliResult r =
+        RunCliIn(f.dir.path(), {"run", file, "--start", kStart, "--ticks", "102", "--poll"});
     ASSERT_EQ(r.exitCode, 0) << r.err;
     EXPECT_EQ(r.out,
               "ALARM 11-15-2026 10:00:03 A1 high\n"
@@ -125,15 +131,15 @@ TEST(CliRun, BadArgumentsAreOneLineErrorsWithExitCode2) {
     Folder f;
     auto st = std::make_unique<Station>();
     const std::string file = f.save(*st);
-    for (const std::vector<std::string>& args :
-         std::vector<std::vector<std::string>>{{"run"},
-                                               {"run", file, "--bogus"},
-                                               {"run", file, "--start", "yesterday"},
-                                               {"run", file, "--start", "2026-13-01 00:00:00.000"},
-                                               {"run", file, "--ticks", "-4"},
-                                               {"run", file, "--ticks"},
-                                               {"run", file, "--port", "lpt9"},
-                                               {"run", (f.dir / "none.SUF").string(), "--ticks", "1"}}) {
+    for (const std::vector<std::string>& args : std::vector<std::vector<std::string>>{
+             {"run"},
+             {"run", file, "--bogus"},
+             {"run", file, "--start", "yesterday"},
+             {"run", file, "--start", "2026-13-01 00:00:00.000"},
+             {"run", file, "--ticks", "-4"},
+             {"run", file, "--ticks"},
+             {"run", file, "--port", "lpt9"},
+             {"run", (f.dir / "none.SUF").string(), "--ticks", "1"}}) {
         const CliResult r = RunCliIn(f.dir.path(), args);
         EXPECT_EQ(r.exitCode, 2) << args.back();
         EXPECT_EQ(r.err.rfind("kova-cli: run: ", 0), 0u) << r.err;
@@ -144,7 +150,8 @@ TEST(CliRun, BadArgumentsAreOneLineErrorsWithExitCode2) {
 TEST(CliRun, CorruptSetupFileIsRefusedNamingTheFile) {
     Folder f;
     WriteFileBytes(f.dir / "bad.SUF", std::string(300, '\x7f'));
-    const CliResult r = RunCliIn(f.dir.path(), {"run", (f.dir / "bad.SUF").string(), "--ticks", "1"});
+    const CliResult r =
+        RunCliIn(f.dir.path(), {"run", (f.dir / "bad.SUF").string(), "--ticks", "1"});
     EXPECT_EQ(r.exitCode, 2);
     EXPECT_NE(r.err.find("bad.SUF"), std::string::npos);
 }
@@ -161,8 +168,9 @@ TEST(CliRun, SimulatedQrtuLatchesTheOutputsTheStatementsWrite) {
     setControl(*st, 2, "@AO = @IN1 / 10", "@AO,@IN1,10,/,!");
     st->switches.ControlsEnabled = 1;
     const std::string file = f.save(*st);
-    const CliResult r = RunCliIn(f.dir.path(), {"run", file, "--start", kStart, "--ticks", "3", "--poll",
-                                                "--port", "sim", "--save", "out.SUF", "--state", "s.json"});
+    const CliResult r =
+        RunCliIn(f.dir.path(), {"run", file, "--start", kStart, "--ticks", "3", "--poll", "--port",
+                                "sim", "--save", "out.SUF", "--state", "s.json"});
     ASSERT_EQ(r.exitCode, 0) << r.err;
     // AI-1 reads 1 x 100 + 20; the statements write DO-2 and AO-1 = 12.
     EXPECT_EQ(r.out, "outputs: DO=0x02 AO-1=12 AO-2=0\n");
@@ -184,8 +192,8 @@ TEST(CliRun, SimulatedQrt105ReadsItsFixedInputs) {
     setTag(*st, 3, "D2", "DI-2");
     setTag(*st, 4, "D1", "DI-1");
     const std::string file = f.save(*st);
-    const CliResult r = RunCliIn(f.dir.path(), {"run", file, "--start", kStart, "--ticks", "2", "--poll",
-                                                "--port", "sim", "--save", "out.SUF"});
+    const CliResult r = RunCliIn(f.dir.path(), {"run", file, "--start", kStart, "--ticks", "2",
+                                                "--poll", "--port", "sim", "--save", "out.SUF"});
     ASSERT_EQ(r.exitCode, 0) << r.err;
     EXPECT_EQ(r.out, "outputs: DO=0x00 AO-1=0 AO-2=0\n");
     auto out = std::make_unique<Station>();
@@ -206,7 +214,8 @@ TEST(CliRun, LogWritesARecordPerLoggingPeriod) {
     st->logging.OverwriteFile = 1;
     st->logging.LogTimeColumn = Variant::boolean(true);
     const std::string file = f.save(*st);
-    const CliResult r = RunCliIn(f.dir.path(), {"run", file, "--start", kStart, "--ticks", "6", "--poll", "--log"});
+    const CliResult r =
+        RunCliIn(f.dir.path(), {"run", file, "--start", kStart, "--ticks", "6", "--poll", "--log"});
     ASSERT_EQ(r.exitCode, 0) << r.err;
     // Scans read 200, 202, ...; a record every second scan, time stamps from the logging clock.
     EXPECT_EQ(ReadFileBytes(f.dir / "log.CSV"),
@@ -257,7 +266,8 @@ TEST(CliRun, KilledMidRunKeepsEveryCompletedRecord) {
     ASSERT_GE(log.size(), 2u);
     EXPECT_EQ(log.substr(log.size() - 2), "\r\n");  // no half-written record
     std::size_t records = 0;
-    for (std::size_t p = log.find("\r\n"); p != std::string::npos; p = log.find("\r\n", p + 2)) ++records;
+    for (std::size_t p = log.find("\r\n"); p != std::string::npos; p = log.find("\r\n", p + 2))
+        ++records;
     EXPECT_GE(records, 4u);  // the header and at least three records in 0.8 s at 50 ms
 }
 

@@ -437,7 +437,8 @@ TEST(CliCheck, ReportsControlLinesThatDoNotCompile) {
     WriteFileBytes(dir / "c.SUF", Rich());  // its statements name tags the file does not have
     const CliResult r = RunCli({"check", (dir / "c.SUF").string()});
     EXPECT_EQ(r.exitCode, 1);
-    EXPECT_NE(r.out.find("Control line 1: Unknown Token @PUMP in Then Statement"), std::string::npos);
+    EXPECT_NE(r.out.find("Control line 1: Unknown Token @PUMP in Then Statement"),
+              std::string::npos);
 }
 
 TEST(CliCheck, ReportsAnUnknownModuleType) {
@@ -449,6 +450,5 @@ TEST(CliCheck, ReportsAnUnknownModuleType) {
     EXPECT_EQ(r.exitCode, 1);
     EXPECT_NE(r.out.find("DaqType 9 is not a module type (0..5)"), std::string::npos);
 }
-
 
 }  // namespace kova::test

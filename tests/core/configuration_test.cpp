@@ -99,7 +99,8 @@ TEST(Configuration, StartupLoadsDefaultSufAndDerivesWhatTheFileDoesNotHold) {
     EXPECT_EQ(st->daq.Summary.InUse, -1);
     EXPECT_EQ(st->daq.Port.DataPort, 0x278);  // LPT 2 from the file
     ASSERT_FALSE(rec.log().empty());
-    EXPECT_EQ(rec.log().back(), (PortAccess{PortAccess::Write, 0x27A, 0x0A}));  // polling off: no output write
+    EXPECT_EQ(rec.log().back(),
+              (PortAccess{PortAccess::Write, 0x27A, 0x0A}));  // polling off: no output write
 }
 
 TEST(Configuration, BadFileGivesAnErrorNamingItAndTheDefaults) {

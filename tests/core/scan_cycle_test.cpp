@@ -82,10 +82,10 @@ TEST(ScanCycle, FiveSecondPeriodScansEveryFifthTickWhileControlAndAlarmsRunEvery
     r.st.switches.AlarmsEnabled = 1;
     r.ticksN(10);
     EXPECT_EQ(r.timer.intervals, std::vector<int>{1000});
-    EXPECT_EQ(r.st.daq.Test.Ramp, 4);         // two scans read AI-1 once each
-    EXPECT_EQ(r.st.tags[1].Value, 202.0f);    // the second scan: 1 x 200 + 2
-    EXPECT_EQ(r.st.tags[20].Value, 10.0f);    // control ran on every tick
-    EXPECT_EQ(r.status.texts.size(), 10u);    // the alarm check ran on every tick
+    EXPECT_EQ(r.st.daq.Test.Ramp, 4);       // two scans read AI-1 once each
+    EXPECT_EQ(r.st.tags[1].Value, 202.0f);  // the second scan: 1 x 200 + 2
+    EXPECT_EQ(r.st.tags[20].Value, 10.0f);  // control ran on every tick
+    EXPECT_EQ(r.status.texts.size(), 10u);  // the alarm check ran on every tick
 }
 
 TEST(ScanCycle, ZeroSecondPeriodScansOnEveryTick) {
@@ -117,7 +117,7 @@ TEST(ScanCycle, MillisecondPeriodChangeResetsTheIntervalAndTheRateMeasurement) {
     r.st.periods.IOPeriod = 200;
     r.tick();
     EXPECT_EQ(r.timer.intervals, (std::vector<int>{100, 200}));
-    EXPECT_EQ(r.st.scan.ScanCount, 1);  // restarted, then this scan counted
+    EXPECT_EQ(r.st.scan.ScanCount, 1);      // restarted, then this scan counted
     EXPECT_EQ(r.st.scan.RateStart, 36000);  // 36000.5 rounds half to even
 }
 
@@ -278,7 +278,7 @@ TEST(ScanCycle, TagFifteenNeverTouchesMinMax) {
     r.ticksN(3);
     EXPECT_GT(r.st.minMax.TagMaximum[14], 0.0f);
     EXPECT_THROW(r.st.minMax.TagMaximum[15], Fault);  // there is no entry for tag 15
-    EXPECT_EQ(r.st.minMax.TagMinimum[1], 0.0f);        // starts at 0: a minimum never rises
+    EXPECT_EQ(r.st.minMax.TagMinimum[1], 0.0f);       // starts at 0: a minimum never rises
 }
 
 TEST(ScanCycle, ADayOfTicksRunsInMilliseconds) {

@@ -29,7 +29,7 @@ struct PortRig {
 // A status register answering from a script: each read takes the next byte; when the script
 // runs out the last byte repeats.
 class ScriptedStatus final : public BusDevice {
-public:
+  public:
     explicit ScriptedStatus(std::vector<std::uint8_t> script, std::uint16_t port = PortRig::kStatus)
         : script_(script.begin(), script.end()), port_(port) {}
     bool claims(std::uint16_t port) const override { return port == port_; }
@@ -45,7 +45,7 @@ public:
     void write(std::uint16_t, std::uint8_t) override {}
     int reads = 0;
 
-private:
+  private:
     std::deque<std::uint8_t> script_;
     std::uint16_t port_;
 };

@@ -3,8 +3,8 @@
 #include <memory>
 
 #include "commands.h"
-#include "core/atomic_file.h"
 #include "control/line_check.h"
+#include "core/atomic_file.h"
 #include "core/configuration.h"
 #include "core/setup_file.h"
 
@@ -34,19 +34,23 @@ void CheckValues(const SetupUnderCheck& file, Problems& problems) {
     if (st.profile.TypeCode < 0 || st.profile.TypeCode > 5)
         add("DaqType " + std::to_string(st.profile.TypeCode) + " is not a module type (0..5)");
     if (st.periods.IOUnits != kUnitMs && st.periods.IOUnits != kUnitSeconds)
-        add("IOUnits " + std::to_string(st.periods.IOUnits) + " is neither 1 (milliseconds) nor 1000 (seconds)");
+        add("IOUnits " + std::to_string(st.periods.IOUnits) +
+            " is neither 1 (milliseconds) nor 1000 (seconds)");
     if (st.periods.LogUnits != kUnitMs && st.periods.LogUnits != kUnitSeconds)
-        add("LogUnits " + std::to_string(st.periods.LogUnits) + " is neither 1 (milliseconds) nor 1000 (seconds)");
+        add("LogUnits " + std::to_string(st.periods.LogUnits) +
+            " is neither 1 (milliseconds) nor 1000 (seconds)");
     for (int s = 1; s <= 10; ++s)
         for (int l = 1; l <= 20; ++l) {
             const int n = st.screens.Lines(s, l).TagNumber;
             if (n < 0 || n > 42)
-                add("screen " + std::to_string(s) + " line " + std::to_string(l) + ": tag number " + std::to_string(n) +
-                    " is outside 0..42");
+                add("screen " + std::to_string(s) + " line " + std::to_string(l) + ": tag number " +
+                    std::to_string(n) + " is outside 0..42");
         }
     for (int a = 1; a <= kAlarmCount; ++a) {
         const int n = st.alarms.Alarms[a].TagNo;
-        if (n < 0 || n > 42) add("alarm " + std::to_string(a) + ": tag number " + std::to_string(n) + " is outside 0..42");
+        if (n < 0 || n > 42)
+            add("alarm " + std::to_string(a) + ": tag number " + std::to_string(n) +
+                " is outside 0..42");
     }
 }
 

@@ -12,24 +12,26 @@
 #include <thread>
 #include <vector>
 
+#include <fstream>
 #include "commands.h"
 #include "core/configuration.h"
 #include "core/fault.h"
 #include "core/scan_cycle.h"
 #include "daq/driver_dispatch.h"
 #include "daq/sim/module_simulators.h"
-#include "logging/log_writer.h"
 #include "logging/log_switch.h"
+#include "logging/log_writer.h"
 #include "platform/port_backends.h"
 #include "platform/simulated_bus.h"
 #include "setup_json.h"
-#include <fstream>
 
 namespace kova::cli {
 namespace {
 
 std::atomic<bool> gStop{false};
-extern "C" void onSignal(int) { gStop = true; }
+extern "C" void onSignal(int) {
+    gStop = true;
+}
 
 struct RunOptions {
     std::string file;
@@ -46,7 +48,8 @@ struct RunOptions {
 std::optional<LocalDateTime> parseStart(const std::string& s) {
     LocalDateTime t;
     int n = 0;
-    if (std::sscanf(s.c_str(), "%d-%d-%d %d:%d:%d%n", &t.year, &t.month, &t.day, &t.hour, &t.minute, &t.second, &n) != 6)
+    if (std::sscanf(s.c_str(), "%d-%d-%d %d:%d:%d%n", &t.year, &t.month, &t.day, &t.hour, &t.minute,
+                    &t.second, &n) != 6)
         return std::nullopt;
     const std::string rest = s.substr(static_cast<std::size_t>(n));
     if (!rest.empty()) {
@@ -55,8 +58,9 @@ std::optional<LocalDateTime> parseStart(const std::string& s) {
             if (rest[i] < '0' || rest[i] > '9') return std::nullopt;
         t.millisecond = std::atoi(rest.c_str() + 1);
     }
-    if (t.month < 1 || t.month > 12 || t.day < 1 || t.day > 31 || t.hour > 23 || t.minute > 59 || t.second > 59 ||
-        t.year < 1900 || t.year > 9999 || t.hour < 0 || t.minute < 0 || t.second < 0)
+    if (t.month < 1 || t.month > 12 || t.day < 1 || t.day > 31 || t.hour > 23 || t.minute > 59 ||
+        t.second > 59 || t.year < 1900 || t.year > 9999 || t.hour < 0 || t.minute < 0 ||
+        t.second < 0)
         return std::nullopt;
     return t;
 }
@@ -128,7 +132,7 @@ bool parseOptions(const std::vector<std::string>& args, RunOptions& o, std::stri
 
 // Prints each alarm line as it reaches the status bar.
 class PrintingStatus final : public StatusSink {
-public:
+  public:
     void setStatusText(const std::string& text) override {
         if (text.empty()) return;
         std::printf("%s\n", text.c_str());
@@ -138,14 +142,14 @@ public:
 
 // The interval the scan asked for; the simulated clock moves by it between ticks.
 class RememberingTimer final : public ScanTimer {
-public:
+  public:
     void setInterval(int ms) override { interval = ms; }
     int interval = 1000;
 };
 
 // Reports a fault once, and again only after a tick completed without it.
 class FaultReport {
-public:
+  public:
     void fault(const std::string& what) {
         if (what == last_) return;
         last_ = what;
@@ -153,7 +157,7 @@ public:
     }
     void clear() { last_.clear(); }
 
-private:
+  private:
     std::string last_;
 };
 
@@ -162,7 +166,9 @@ private:
 bool writeState(const Station& st, const std::string& path) {
     Json j;
     Json tags = Json::array();
-    for (int i = 1; i <= kTableTags; ++i) tags.push_back({{"Number", i}, {"TagName", st.tags[i].TagName}, {"Value", st.tags[i].Value}});
+    for (int i = 1; i <= kTableTags; ++i)
+        tags.push_back(
+            {{"Number", i}, {"TagName", st.tags[i].TagName}, {"Value", st.tags[i].Value}});
     j["tags"] = tags;
     Json mx = Json::array(), mn = Json::array();
     for (int i = 1; i <= kMinMaxTags; ++i) {
@@ -202,7 +208,8 @@ int RunCommand(const std::vector<std::string>& args) {
     SystemClock systemClock;
     st.platform.status = &status;
     st.platform.timer = &timer;
-    st.platform.clock = o.start ? static_cast<Clock*>(&simClock) : static_cast<Clock*>(&systemClock);
+    st.platform.clock =
+        o.start ? static_cast<Clock*>(&simClock) : static_cast<Clock*>(&systemClock);
 
     // The port: the module's simulator on a simulated bus, or the real port back-end.
     SimulatedBus bus;
@@ -214,7 +221,8 @@ int RunCommand(const std::vector<std::string>& args) {
     }
     if (o.simPort) {
         st.platform.port = &bus;
-        SelectPort(st, st.daq.PrinterPortNumber, static_cast<std::uint16_t>(st.daq.PrinterPortBase));
+        SelectPort(st, st.daq.PrinterPortNumber,
+                   static_cast<std::uint16_t>(st.daq.PrinterPortBase));
         // Attached after the port selection wrote its control byte, as a module powered up
         // on an initialised port, so the first scan already reads the fixed inputs.
         simulator = MakeModuleSimulator(st.profile.TypeCode);
@@ -224,7 +232,8 @@ int RunCommand(const std::vector<std::string>& args) {
         realPort = OpenPortBackend(st.daq.PrinterPortNumber, problem);
         st.platform.port = realPort.get();
         if (!problem.empty()) std::fprintf(stderr, "kova-cli: run: %s\n", problem.c_str());
-        SelectPort(st, st.daq.PrinterPortNumber, static_cast<std::uint16_t>(st.daq.PrinterPortBase));
+        SelectPort(st, st.daq.PrinterPortNumber,
+                   static_cast<std::uint16_t>(st.daq.PrinterPortBase));
     }
 
     FaultReport report;

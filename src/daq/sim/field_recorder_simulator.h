@@ -18,18 +18,18 @@
 namespace kova {
 
 class FieldRecorderSimulator final : public ModuleSimulator {
-public:
+  public:
     int typeCode() const override { return kDaqFieldRecorder; }
     void setAnalogInput(int value) { input_ = static_cast<std::uint8_t>(value & 0xFF); }
     void setBusyReads(int reads) { busyReads_ = reads; }
     int conversionsStarted() const { return started_; }
 
-protected:
+  protected:
     void controlChanged(std::uint8_t before, std::uint8_t after) override;
     void statusRead() override;
     std::uint8_t statusPins() const override;
 
-private:
+  private:
     std::uint8_t input_ = 0;
     std::uint8_t result_ = 0;
     int busyReads_ = 0;

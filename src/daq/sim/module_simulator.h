@@ -20,7 +20,7 @@
 namespace kova {
 
 class ModuleSimulator : public BusDevice {
-public:
+  public:
     ModuleSimulator() = default;
     ModuleSimulator(const ModuleSimulator&) = delete;
     ModuleSimulator& operator=(const ModuleSimulator&) = delete;
@@ -53,7 +53,7 @@ public:
     std::uint8_t peekStatus() const { return static_cast<std::uint8_t>(statusPins() ^ 0x80); }
     long statusReads() const { return statusReads_; }
 
-protected:
+  protected:
     // Called after the data (or control) register changed from before to after; a write
     // of the same value changes no line and calls nothing.
     virtual void dataChanged(std::uint8_t /*before*/, std::uint8_t /*after*/) {}
@@ -70,7 +70,7 @@ protected:
     }
     static bool isSet(std::uint8_t value, int bit) { return ((value >> bit) & 1) != 0; }
 
-private:
+  private:
     SimulatedBus* bus_ = nullptr;
     std::uint16_t base_ = 0;
     std::uint8_t data_ = 0;

@@ -7,11 +7,11 @@
 namespace kova {
 
 class Qrt105FamilySimulator : public ModuleSimulator {
-public:
+  public:
     void setAnalogInput(int n, int counts) { converter_.setInput(n, counts); }
     const SerialConverter12& converter() const { return converter_; }
 
-protected:
+  protected:
     // Hands the converter its pins after any register change.
     void updateConverter() {
         converter_.update(isSet(controlRegister(), 1), isSet(dataRegister(), 0),
@@ -19,7 +19,7 @@ protected:
     }
     std::uint8_t converterPin() const { return converter_.dataOut() ? 0x08 : 0x00; }
 
-private:
+  private:
     SerialConverter12 converter_;
 };
 

@@ -12,19 +12,19 @@
 namespace kova {
 
 class Qrt105Simulator final : public Qrt105FamilySimulator {
-public:
+  public:
     int typeCode() const override { return kDaqQrt105; }
     // DI-1..DI-4 pin levels in bits 0..3 (1 = high).
     void setDigitalInputs(std::uint16_t word) { inputs_ = static_cast<std::uint8_t>(word & 15); }
     std::uint16_t latchedDigitalOutputs() const override { return outputs_; }
     int strobes() const { return strobes_; }
 
-protected:
+  protected:
     void dataChanged(std::uint8_t before, std::uint8_t after) override;
     void controlChanged(std::uint8_t before, std::uint8_t after) override;
     std::uint8_t statusPins() const override;
 
-private:
+  private:
     std::uint8_t inputs_ = 0;
     std::uint8_t sampled_ = 0;
     std::uint8_t outputs_ = 0;

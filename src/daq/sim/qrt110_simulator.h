@@ -14,17 +14,17 @@
 namespace kova {
 
 class Qrt110Simulator final : public Qrt105FamilySimulator {
-public:
+  public:
     int typeCode() const override { return kDaqQrt110; }
     int latchedAnalogOutput(int n) const override;
     int loads() const { return loads_; }
 
-protected:
+  protected:
     void dataChanged(std::uint8_t before, std::uint8_t after) override;
     void controlChanged(std::uint8_t before, std::uint8_t after) override;
     std::uint8_t statusPins() const override;
 
-private:
+  private:
     std::uint32_t shift_ = 0;
     int ao1_ = 0;
     int ao2_ = 0;

@@ -23,7 +23,7 @@
 namespace kova {
 
 class Qrt115Simulator final : public ModuleSimulator {
-public:
+  public:
     static constexpr std::uint8_t kPortAddress = 0x38;
 
     int typeCode() const override { return kDaqQrt115; }
@@ -39,11 +39,11 @@ public:
     int stops() const { return stops_; }
     bool sdaLine() const { return masterSda() && slaveSda_; }
 
-protected:
+  protected:
     void controlChanged(std::uint8_t before, std::uint8_t after) override;
     std::uint8_t statusPins() const override { return sdaLine() ? 0x40 : 0x00; }
 
-private:
+  private:
     enum class State { Idle, Address, AckAddress, Send, MasterAck, Receive, AckReceive };
     bool masterSda() const { return isSet(controlRegister(), 1); }
     void onStart();

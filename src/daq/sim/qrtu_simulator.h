@@ -37,7 +37,7 @@
 namespace kova {
 
 class QrtuSimulator final : public ModuleSimulator {
-public:
+  public:
     int typeCode() const override { return kDaqQrtu; }
     // Counts presented on input n (1..8), clamped to 0..1023.
     void setAnalogInput(int n, int counts);
@@ -54,13 +54,13 @@ public:
     const std::vector<int>& conversionAddresses() const { return addresses_; }
     bool converting() const { return converting_; }
 
-protected:
+  protected:
     void dataChanged(std::uint8_t before, std::uint8_t after) override;
     void controlChanged(std::uint8_t before, std::uint8_t after) override;
     void statusRead() override;
     std::uint8_t statusPins() const override;
 
-private:
+  private:
     bool selected() const { return isSet(controlRegister(), 3); }
     void startCycle();
     void finishConversion();

@@ -22,7 +22,7 @@
 namespace kova {
 
 class SerialConverter12 {
-public:
+  public:
     // Counts presented on input n (1..8), clamped to 0..4095.
     void setInput(int n, int counts);
     int input(int n) const;
@@ -34,7 +34,7 @@ public:
     // Every command byte received, in order.
     const std::vector<std::uint8_t>& commands() const { return commands_; }
 
-private:
+  private:
     enum class Phase { WaitStart, Command, Output };
     int convert(std::uint8_t command) const;
 
