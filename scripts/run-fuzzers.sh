@@ -4,8 +4,10 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 secs=${FUZZ_SECONDS:-20}
 cmake --preset fuzz >/dev/null
-cmake --build --preset fuzz -j "$(nproc)"
 shopt -s nullglob
+targets=()
+for src in fuzz/fuzz_*.cpp; do targets+=("$(basename "${src%.cpp}")"); done
+[ ${#targets[@]} -gt 0 ] && cmake --build --preset fuzz -j "$(nproc)" --target "${targets[@]}"
 ran=0
 for f in build/fuzz/fuzz/fuzz_*; do
     [ -x "$f" ] || continue

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 
+#include "control/compiled_code.h"
 #include "core/one_based.h"
 
 namespace kova {
@@ -25,6 +26,9 @@ struct ControlState {
     Table<ControlLine, kControlLines> Lines;
     std::int16_t ControlCount = 0;  // lines 1..ControlCount run
     std::int16_t StartUpFlag = 0;   // 0 until the first pass completed, then 1
+    // Decoded image of each line's codes for the scan; rebuilt by RunControls whenever a
+    // line's code text differs from the text the image was decoded from. Not saved.
+    Table<CompiledLine, kControlLines> Compiled;
 };
 
 }  // namespace kova

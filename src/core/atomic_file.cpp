@@ -3,45 +3,67 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <fcntl.h>
+#include <system_error>
+
+#ifdef _WIN32
+#include <io.h>
+#else
 #include <unistd.h>
+#endif
 
 #include "core/fault.h"
 
 namespace kova {
 
+namespace {
+// Pushes the file's bytes from the operating system's cache to the disk.
+bool syncToDisk(std::FILE* f) {
+#ifdef _WIN32
+    return _commit(_fileno(f)) == 0;
+#else
+    return ::fsync(fileno(f)) == 0;
+#endif
+}
+}  // namespace
+
 void WriteFileAtomically(const std::filesystem::path& target, const std::string& bytes) {
-    const std::filesystem::path tmp = target.string() + ".tmp";
-    auto fail = [&](const char* what) {
-        const std::string reason = std::strerror(errno);
+    std::filesystem::path tmp = target;
+    tmp += ".tmp";
+    auto fail = [&](const char* what, const std::string& reason) {
         throw Fault(FaultKind::File, target.string() + ": " + what + ": " + reason);
     };
-    const int fd = ::open(tmp.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
-    if (fd < 0) fail("cannot create");
-    std::size_t done = 0;
-    while (done < bytes.size()) {
-        const ssize_t n = ::write(fd, bytes.data() + done, bytes.size() - done);
-        if (n < 0) {
-            if (errno == EINTR) continue;
-            ::close(fd);
-            std::remove(tmp.c_str());
-            fail("cannot write");
-        }
-        done += static_cast<std::size_t>(n);
+#ifdef _WIN32
+    std::FILE* f = _wfopen(tmp.c_str(), L"wb");
+#else
+    std::FILE* f = std::fopen(tmp.c_str(), "wb");
+#endif
+    if (!f) fail("cannot create", std::strerror(errno));
+    const bool written = std::fwrite(bytes.data(), 1, bytes.size(), f) == bytes.size();
+    const std::string writeError = std::strerror(errno);
+    const bool flushed = written && std::fflush(f) == 0 && syncToDisk(f);
+    const std::string flushError = std::strerror(errno);
+    if (std::fclose(f) != 0 || !flushed) {
+        std::error_code ignored;
+        std::filesystem::remove(tmp, ignored);
+        if (!written) fail("cannot write", writeError);
+        fail("cannot flush", flushError);
     }
-    if (::fsync(fd) != 0 || ::close(fd) != 0) {
-        std::remove(tmp.c_str());
-        fail("cannot flush");
-    }
-    if (std::rename(tmp.c_str(), target.c_str()) != 0) {
-        std::remove(tmp.c_str());
-        fail("cannot replace");
+    std::error_code ec;
+    std::filesystem::rename(tmp, target, ec);  // replaces the target in one step
+    if (ec) {
+        std::error_code ignored;
+        std::filesystem::remove(tmp, ignored);
+        fail("cannot replace", ec.message());
     }
 }
 
 bool ReadWholeFile(const std::filesystem::path& path, std::string& bytes, std::string& error,
                    std::size_t maxBytes) {
+#ifdef _WIN32
+    std::FILE* f = _wfopen(path.c_str(), L"rb");
+#else
     std::FILE* f = std::fopen(path.c_str(), "rb");
+#endif
     if (!f) {
         error = path.string() + ": cannot open: " + std::strerror(errno);
         return false;

@@ -22,11 +22,14 @@ void DeriveAfterLoad(Station& st);
 
 struct LoadOutcome {
     bool ok = false;
-    std::string error;  // names the file and what was wrong
+    std::string error;             // names the file and what was wrong
+    std::string calibrationError;  // start-up: an unreadable "KOVA_P.CAL" (defaults used)
 };
 // The main window's start-up: calibration file, "Default.Suf" (defaults when it cannot be
 // loaded), system tags, trend ring reset, port selection and one write of the analog outputs.
 LoadOutcome StartStation(Station& st);
+// The same start-up with another setup file (the command line's run).
+LoadOutcome StartStation(Station& st, const std::filesystem::path& setupFile);
 // Loads a setup file into the station; on failure the defaults are applied and the
 // error names the file.
 LoadOutcome LoadConfiguration(Station& st, const std::filesystem::path& file);

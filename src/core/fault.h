@@ -9,11 +9,11 @@ namespace kova {
 enum class FaultKind { Overflow, Bounds, DivisionByZero, File, Invalid };
 
 class Fault : public std::runtime_error {
-public:
+  public:
     Fault(FaultKind kind, const std::string& what) : std::runtime_error(what), kind_(kind) {}
     FaultKind kind() const { return kind_; }
 
-private:
+  private:
     FaultKind kind_;
 };
 

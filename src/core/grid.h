@@ -9,7 +9,7 @@ namespace kova {
 
 template <typename T, int Rows, int Cols>
 class Grid {
-public:
+  public:
     static constexpr int rows = Rows;
     static constexpr int cols = Cols;
     T& operator()(int r, int c) { return cells_[slot(r, c)]; }
@@ -18,7 +18,7 @@ public:
     void fill(const T& v) { cells_.fill(v); }
     bool operator==(const Grid&) const = default;
 
-private:
+  private:
     static std::size_t slot(int r, int c) {
         if (r < 1 || r > Rows) throwBounds("table row", r, 1, Rows);
         if (c < 1 || c > Cols) throwBounds("table column", c, 1, Cols);

@@ -11,7 +11,9 @@
 
 namespace kova {
 
-void throwOverflow(const char* what) { throw Fault(FaultKind::Overflow, std::string("Overflow: ") + what); }
+void throwOverflow(const char* what) {
+    throw Fault(FaultKind::Overflow, std::string("Overflow: ") + what);
+}
 
 void throwBounds(const char* table, long index, long low, long high) {
     throw Fault(FaultKind::Bounds, std::string("Subscript out of range: ") + table + " index " +
@@ -20,22 +22,32 @@ void throwBounds(const char* table, long index, long low, long high) {
 }
 
 std::int16_t narrow16(long long v) {
-    if (v < std::numeric_limits<std::int16_t>::min() || v > std::numeric_limits<std::int16_t>::max())
+    if (v < std::numeric_limits<std::int16_t>::min() ||
+        v > std::numeric_limits<std::int16_t>::max())
         throwOverflow("16-bit integer");
     return static_cast<std::int16_t>(v);
 }
 
 std::int32_t narrow32(long long v) {
-    if (v < std::numeric_limits<std::int32_t>::min() || v > std::numeric_limits<std::int32_t>::max())
+    if (v < std::numeric_limits<std::int32_t>::min() ||
+        v > std::numeric_limits<std::int32_t>::max())
         throwOverflow("32-bit integer");
     return static_cast<std::int32_t>(v);
 }
 
-std::int16_t add16(std::int16_t a, std::int16_t b) { return narrow16(static_cast<long long>(a) + b); }
-std::int16_t sub16(std::int16_t a, std::int16_t b) { return narrow16(static_cast<long long>(a) - b); }
-std::int16_t mul16(std::int16_t a, std::int16_t b) { return narrow16(static_cast<long long>(a) * b); }
+std::int16_t add16(std::int16_t a, std::int16_t b) {
+    return narrow16(static_cast<long long>(a) + b);
+}
+std::int16_t sub16(std::int16_t a, std::int16_t b) {
+    return narrow16(static_cast<long long>(a) - b);
+}
+std::int16_t mul16(std::int16_t a, std::int16_t b) {
+    return narrow16(static_cast<long long>(a) * b);
+}
 
-double roundHalfEven(double v) { return std::nearbyint(v); }  // default FE_TONEAREST: ties to even
+double roundHalfEven(double v) {
+    return std::nearbyint(v);
+}  // default FE_TONEAREST: ties to even
 
 std::int16_t toInt16(double v) {
     if (!std::isfinite(v)) throwOverflow("16-bit integer");
@@ -111,10 +123,13 @@ bool isNumeric(const std::string& text) {
     return skipBlanks(text, start + len) == text.size();
 }
 
-std::int16_t textToInt16(const std::string& text) { return toInt16(leadingNumber(text)); }
+std::int16_t textToInt16(const std::string& text) {
+    return toInt16(leadingNumber(text));
+}
 
 std::int16_t strictTextToInt16(const std::string& text) {
-    if (!isNumeric(text)) throw Fault(FaultKind::Invalid, "Type mismatch: \"" + text + "\" is not a number");
+    if (!isNumeric(text))
+        throw Fault(FaultKind::Invalid, "Type mismatch: \"" + text + "\" is not a number");
     return toInt16(leadingNumber(text));
 }
 

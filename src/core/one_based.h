@@ -10,7 +10,7 @@ namespace kova {
 
 template <typename T, int N, int First = 1>
 class Table {
-public:
+  public:
     static constexpr int first = First;
     static constexpr int last = First + N - 1;
     static constexpr int size = N;
@@ -26,7 +26,7 @@ public:
     void fill(const T& v) { items_.fill(v); }
     bool operator==(const Table&) const = default;
 
-private:
+  private:
     static std::size_t slot(int i) {
         if (!inRange(i)) throwBounds("table", i, First, last);
         return static_cast<std::size_t>(i - First);

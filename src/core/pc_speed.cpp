@@ -12,13 +12,16 @@ void RunEmptyLoop(long long rounds) {
 }
 
 std::int32_t DelayFromSpeed(double pcSpeed) {
-    if (pcSpeed > 500000) return narrow32(static_cast<long long>(roundHalfEven(pcSpeed * 0.000002 + 1)) * 3);
+    if (pcSpeed > 500000)
+        return narrow32(static_cast<long long>(roundHalfEven(pcSpeed * 0.000002 + 1)) * 3);
     return 1 * 3;
 }
 
 namespace {
 // Seconds since midnight in single precision, as the measurement reads them.
-float secondsNow(const Clock& clock) { return static_cast<float>(clock.now().secondsOfDay()); }
+float secondsNow(const Clock& clock) {
+    return static_cast<float>(clock.now().secondsOfDay());
+}
 
 double elapsed(float t0, float t1) {
     double d = static_cast<double>(t1) - t0;

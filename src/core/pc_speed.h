@@ -15,8 +15,8 @@ using LoopRunner = std::function<void(long long rounds)>;
 void RunEmptyLoop(long long rounds);
 
 struct PcSpeedResult {
-    double PcSpeed = 0;       // rounds per second
-    std::int32_t Delay = 0;   // busy-wait count of one bit time
+    double PcSpeed = 0;      // rounds per second
+    std::int32_t Delay = 0;  // busy-wait count of one bit time
 };
 
 // The Delay for a measured speed: rounded(PcSpeed x 0.000002 + 1) x 3 above 500000 rounds

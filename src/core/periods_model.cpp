@@ -37,7 +37,8 @@ bool ExitPeriodsForm(Station& st, PeriodsForm& form) {
     const long long logMs = static_cast<long long>(p.LogPeriod) * p.LogUnits;
 
     if (ioMs > logMs) {
-        prompt.message("Period for I/O Readings must be less than or equal to Logging Period", "ERROR");
+        prompt.message("Period for I/O Readings must be less than or equal to Logging Period",
+                       "ERROR");
         return false;
     }
     p.TrendAtLogPeriod = form.OptLogTrend ? -1 : 0;

@@ -11,7 +11,7 @@ struct PeriodsForm {
     std::string TxtIOPeriod;
     bool OptIOSecs = true;  // false: OptIOmSecs
     std::string TxtLogPeriod;
-    bool OptLogSecs = true;  // false: OptLogmSecs
+    bool OptLogSecs = true;    // false: OptLogmSecs
     bool OptLogTrend = false;  // false: OptIOTrend
 };
 

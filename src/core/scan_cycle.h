@@ -1,5 +1,7 @@
 #pragma once
 // The scan cycle: one tick of the main window's periodic timer.
+#include <cstdint>
+
 #include "core/station.h"
 
 namespace kova {
@@ -10,5 +12,9 @@ namespace kova {
 // tick and alarms when the clock reading changed. Time comes only from the clock seam,
 // the interval goes only to the timer seam. Faults propagate to the caller's error report.
 void Tick(Station& st);
+
+// The digital input states 1..count (at most 16) from a digital input word: bit n-1 is
+// input n, so input 16 is the word's sign bit.
+void StoreDigitalInputs(ScanState& scan, std::uint16_t word, int count);
 
 }  // namespace kova

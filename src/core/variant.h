@@ -13,9 +13,9 @@ enum VariantType : std::int16_t {
     kVarLong = 3,     // 32-bit
     kVarSingle = 4,
     kVarDouble = 5,
-    kVarDate = 7,     // days since 30 December 1899, as a double
+    kVarDate = 7,  // days since 30 December 1899, as a double
     kVarString = 8,
-    kVarBoolean = 11, // 16-bit, true = -1
+    kVarBoolean = 11,  // 16-bit, true = -1
 };
 
 struct Variant {

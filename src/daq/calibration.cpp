@@ -14,14 +14,20 @@ namespace kova {
 std::int16_t CorrectReading(const CalibrationData& cal, std::int16_t raw) {
     const std::int32_t product = narrow32(static_cast<long long>(cal.CalInput) * raw);
     const std::int16_t sum = add16(cal.CalMeasured, cal.CalOffset);
-    if (sum == 0) throw Fault(FaultKind::DivisionByZero, "Division by zero: calibration gain point");
+    if (sum == 0)
+        throw Fault(FaultKind::DivisionByZero, "Division by zero: calibration gain point");
     const double corrected = static_cast<double>(product) / sum + cal.CalOffset;
     return toInt16(corrected);
 }
 
 std::string CalibrationFileText(const CalibrationData& cal) {
-    auto field = [](std::int16_t v) { return (v >= 0 ? " " : "") + std::to_string(v) + " "; };
-    return field(cal.CalInput) + field(cal.CalMeasured) + field(cal.CalOffset) + "\r\n";
+    std::string text;
+    for (const std::int16_t v : {cal.CalInput, cal.CalMeasured, cal.CalOffset}) {
+        if (v >= 0) text += ' ';
+        text += std::to_string(v);
+        text += ' ';
+    }
+    return text + "\r\n";
 }
 
 bool ParseCalibrationText(const std::string& text, CalibrationData& out, std::string& why) {

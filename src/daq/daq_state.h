@@ -9,12 +9,12 @@
 namespace kova {
 
 struct ModuleSummary {
-    std::int16_t InUse = 0;                  // -1 when an input tag names this address
+    std::int16_t InUse = 0;  // -1 when an input tag names this address
     std::int16_t LowestAnalogInput = 30000;
     std::int16_t HighestAnalogInput = -1;
     std::int16_t LowestDigitalInput = 30000;
     std::int16_t HighestDigitalInput = -1;
-    std::int16_t AnalogOutputsPending = 0;   // -1: the analog output table changed
+    std::int16_t AnalogOutputsPending = 0;  // -1: the analog output table changed
     std::int16_t Reserved7 = 0;
     std::int16_t DigitalOutputsPending = 0;  // -1: the digital output word changed
     std::int16_t Reserved9 = 0;
@@ -35,8 +35,8 @@ struct DaqState {
     Table<std::int16_t, 32> AnalogOutputValues;  // slot (address - 1) x 20 + channel
     std::uint16_t DigitalOutputImage = 0;        // bit 0 = DO-1
     TestModuleState Test;
-    std::int16_t PrinterPortNumber = 1;          // LPT 1..3
-    std::int16_t PrinterPortBase = 0;            // explicit base, 0 = from the LPT number
+    std::int16_t PrinterPortNumber = 1;  // LPT 1..3
+    std::int16_t PrinterPortBase = 0;    // explicit base, 0 = from the LPT number
 };
 
 }  // namespace kova

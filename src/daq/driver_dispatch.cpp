@@ -1,18 +1,41 @@
 #include "daq/driver_dispatch.h"
 
+#include "daq/field_recorder.h"
+#include "daq/qrt105.h"
+#include "daq/qrt110.h"
+#include "daq/qrt115.h"
+#include "daq/qrtu.h"
 #include "daq/test_module.h"
 
 namespace kova {
 
-PortBus StationBus(Station& st) { return PortBus(st.daq.Port, *st.platform.port); }
+PortBus StationBus(Station& st) {
+    return PortBus(st.daq.Port, *st.platform.port);
+}
 
-std::int16_t ReadAnalogInput(Station& st, std::int16_t /*singleEnded*/, std::int16_t& channel) {
+std::int16_t ReadAnalogInput(Station& st, std::int16_t singleEnded, std::int16_t& channel) {
     if (!st.switches.PollEnabled) return 0;
     switch (st.profile.TypeCode) {
         case kDaqTest:
             return TestReadAnalogInput(st.daq.Test, channel);
+        case kDaqQrt105: {
+            PortBus bus = StationBus(st);
+            return Qrt105ReadAnalogInput(bus, singleEnded, channel);
+        }
+        case kDaqQrt110: {
+            PortBus bus = StationBus(st);
+            return Qrt110ReadAnalogInput(bus, singleEnded, channel);
+        }
+        case kDaqFieldRecorder: {
+            PortBus bus = StationBus(st);
+            return FieldRecorderReadAnalogInput(bus);
+        }
+        case kDaqQrtu: {
+            PortBus bus = StationBus(st);
+            return QrtuReadAnalogInput(bus, channel);
+        }
         default:
-            return 0;
+            return 0;  // the QRT115 has no analog inputs
     }
 }
 
@@ -21,6 +44,18 @@ std::uint16_t ReadDigitalInputs(Station& st) {
     switch (st.profile.TypeCode) {
         case kDaqTest:
             return TestReadDigitalInputs(st.daq.Test);
+        case kDaqQrt105: {
+            PortBus bus = StationBus(st);
+            return Qrt105ReadDigitalInputs(bus, st.daq.DigitalOutputImage);
+        }
+        case kDaqQrt115: {
+            PortBus bus = StationBus(st);
+            return Qrt115ReadDigitalInputs(bus);
+        }
+        case kDaqQrtu: {
+            PortBus bus = StationBus(st);
+            return QrtuReadDigitalInputs(bus);
+        }
         case kDaqQrt110:
         case kDaqFieldRecorder:
             return 1;  // no digital inputs; no tag can name one
@@ -31,10 +66,44 @@ std::uint16_t ReadDigitalInputs(Station& st) {
 
 void WriteAnalogOutputs(Station& st) {
     if (!st.switches.PollEnabled) return;
+    const auto& table = st.daq.AnalogOutputValues;
+    switch (st.profile.TypeCode) {
+        case kDaqQrt110: {
+            PortBus bus = StationBus(st);
+            Qrt110WriteAnalogOutputs(bus, table[1], table[2]);
+            break;
+        }
+        case kDaqQrtu: {
+            PortBus bus = StationBus(st);
+            QrtuWriteAnalogOutputs(bus, table[1]);
+            break;
+        }
+        default:
+            break;  // TEST keeps its outputs in the table; the others have none
+    }
 }
 
-void WriteDigitalOutputs(Station& st, std::uint16_t /*word*/) {
+void WriteDigitalOutputs(Station& st, std::uint16_t word) {
     if (!st.switches.PollEnabled) return;
+    switch (st.profile.TypeCode) {
+        case kDaqQrt105: {
+            PortBus bus = StationBus(st);
+            Qrt105WriteDigitalOutputs(bus, word);
+            break;
+        }
+        case kDaqQrt115: {
+            PortBus bus = StationBus(st);
+            Qrt115WriteDigitalOutputs(bus, word);
+            break;
+        }
+        case kDaqQrtu: {
+            PortBus bus = StationBus(st);
+            QrtuWriteDigitalOutputs(bus, word);
+            break;
+        }
+        default:
+            break;  // TEST keeps the word; the QRT110 and FIELD RECORDER have no outputs
+    }
 }
 
 void SelectPort(Station& st, int lpt, std::uint16_t base) {

@@ -24,7 +24,7 @@ void DelayLoop(std::int32_t count);
 
 // What a driver holds while it talks to the module: the registers and the port back-end.
 class PortBus {
-public:
+  public:
     PortBus(PortState& regs, PortIo& io) : regs_(regs), io_(io) {}
     std::uint8_t in(std::uint16_t port) { return io_.read(port); }
     void out(std::uint16_t port, std::uint8_t value) { io_.write(port, value); }
@@ -35,13 +35,17 @@ public:
     void writeData(std::uint8_t v) { out(regs_.DataPort, v); }
     // Writes ControlShadow whole to the control register.
     void writeControlShadow() { out(regs_.ControlPort, regs_.ControlShadow); }
-    void setControlBit(int bit) { regs_.ControlShadow = static_cast<std::uint8_t>(regs_.ControlShadow | (1u << bit)); }
-    void clearControlBit(int bit) { regs_.ControlShadow = static_cast<std::uint8_t>(regs_.ControlShadow & ~(1u << bit)); }
+    void setControlBit(int bit) {
+        regs_.ControlShadow = static_cast<std::uint8_t>(regs_.ControlShadow | (1u << bit));
+    }
+    void clearControlBit(int bit) {
+        regs_.ControlShadow = static_cast<std::uint8_t>(regs_.ControlShadow & ~(1u << bit));
+    }
 
     PortState& regs() { return regs_; }
     PortIo& io() { return io_; }
 
-private:
+  private:
     PortState& regs_;
     PortIo& io_;
 };

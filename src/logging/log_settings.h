@@ -4,12 +4,13 @@
 #include <string>
 
 #include "core/variant.h"
+#include "logging/log_file.h"
 
 namespace kova {
 
 struct LogSettings {
     std::string LogFileName;
-    std::string LogDirectory;  // up to and including the last "\" of the chosen path
+    std::string LogDirectory;  // up to and including the last "\" (or "/") of the chosen path
     std::int16_t DailyFiles = 0;
     std::int16_t OverwriteFile = 0;
     Variant LogTimeColumn = Variant::integer(0);
@@ -38,6 +39,7 @@ struct LogRunState {
     long FileDate = 0;  // date of the daily file now open
     std::int32_t SampleNumber = 0;
     std::int16_t LogState = 0;  // 1 while records are written, 0 while waiting to start
+    LogFile File;               // the one log channel, open between start and stop of logging
 };
 
 }  // namespace kova

@@ -4,13 +4,13 @@ namespace kova {
 
 // A short audible signal (alarms).
 class Beeper {
-public:
+  public:
     virtual ~Beeper() = default;
     virtual void beep() = 0;
 };
 
 class SilentBeeper final : public Beeper {
-public:
+  public:
     void beep() override {}
 };
 

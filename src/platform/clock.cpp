@@ -33,14 +33,17 @@ constexpr long kSerialEpochOffset = 25569;  // days from 1899-12-30 to 1970-01-0
 }  // namespace
 
 long dateSerial(int year, int month, int day) {
-    return daysFromCivil(year, static_cast<unsigned>(month), static_cast<unsigned>(day)) + kSerialEpochOffset;
+    return daysFromCivil(year, static_cast<unsigned>(month), static_cast<unsigned>(day)) +
+           kSerialEpochOffset;
 }
 
 void dateFromSerial(long serial, int& year, int& month, int& day) {
     civilFromDays(serial - kSerialEpochOffset, year, month, day);
 }
 
-long LocalDateTime::dateSerial() const { return kova::dateSerial(year, month, day); }
+long LocalDateTime::dateSerial() const {
+    return kova::dateSerial(year, month, day);
+}
 
 int LocalDateTime::dayOfWeek() const {
     const long days = daysFromCivil(year, static_cast<unsigned>(month), static_cast<unsigned>(day));
@@ -71,10 +74,15 @@ LocalDateTime addMilliseconds(const LocalDateTime& t, long long ms) {
 
 LocalDateTime SystemClock::now() const {
     const auto now = std::chrono::system_clock::now();
-    const auto ms = std::chrono::duration_cast<std::chrono::milliseconds>(now.time_since_epoch()).count();
+    const auto ms =
+        std::chrono::duration_cast<std::chrono::milliseconds>(now.time_since_epoch()).count();
     const std::time_t secs = static_cast<std::time_t>(ms / 1000);
     std::tm local{};
+#ifdef _WIN32
+    localtime_s(&local, &secs);
+#else
     localtime_r(&secs, &local);
+#endif
     LocalDateTime t;
     t.year = local.tm_year + 1900;
     t.month = local.tm_mon + 1;

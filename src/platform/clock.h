@@ -9,7 +9,9 @@ struct LocalDateTime {
     int hour = 0, minute = 0, second = 0, millisecond = 0;
 
     // Seconds since local midnight, with the milliseconds as a fraction.
-    double secondsOfDay() const { return hour * 3600.0 + minute * 60.0 + second + millisecond / 1000.0; }
+    double secondsOfDay() const {
+        return hour * 3600.0 + minute * 60.0 + second + millisecond / 1000.0;
+    }
     // Day of the week, Sunday = 1 .. Saturday = 7.
     int dayOfWeek() const;
     // Days since 30 December 1899 (the date serial of the setup file's date variants).
@@ -25,26 +27,26 @@ void dateFromSerial(long serial, int& year, int& month, int& day);
 LocalDateTime addMilliseconds(const LocalDateTime& t, long long ms);
 
 class Clock {
-public:
+  public:
     virtual ~Clock() = default;
     virtual LocalDateTime now() const = 0;
 };
 
 // The machine's local clock.
 class SystemClock final : public Clock {
-public:
+  public:
     LocalDateTime now() const override;
 };
 
 // A clock that stands still until told to move: tests and the command line's simulated runs.
 class SimulatedClock final : public Clock {
-public:
+  public:
     explicit SimulatedClock(LocalDateTime start = {}) : now_(start) {}
     LocalDateTime now() const override { return now_; }
     void set(const LocalDateTime& t) { now_ = t; }
     void advance(long long ms) { now_ = addMilliseconds(now_, ms); }
 
-private:
+  private:
     LocalDateTime now_;
 };
 

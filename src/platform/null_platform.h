@@ -8,22 +8,25 @@
 namespace kova {
 
 class NullPrompter final : public Prompter {
-public:
+  public:
     void message(const std::string&, const std::string&) override {}
     bool askYesNo(const std::string&, const std::string&) override { return false; }
-    std::optional<std::string> input(const std::string&, const std::string&) override { return std::nullopt; }
-    std::optional<std::string> chooseFile(const std::string&, const std::string&, const std::string&, bool) override {
+    std::optional<std::string> input(const std::string&, const std::string&) override {
+        return std::nullopt;
+    }
+    std::optional<std::string> chooseFile(const std::string&, const std::string&,
+                                          const std::string&, bool) override {
         return std::nullopt;
     }
 };
 
 class NullStatusSink final : public StatusSink {
-public:
+  public:
     void setStatusText(const std::string&) override {}
 };
 
 class NullScanTimer final : public ScanTimer {
-public:
+  public:
     void setInterval(int) override {}
 };
 

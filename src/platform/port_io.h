@@ -8,7 +8,7 @@
 namespace kova {
 
 class PortIo {
-public:
+  public:
     virtual ~PortIo() = default;
     virtual std::uint8_t read(std::uint16_t port) = 0;
     virtual void write(std::uint16_t port, std::uint8_t value) = 0;
@@ -20,7 +20,7 @@ public:
 
 // A port with nothing on it: reads 0, ignores writes, knows no LPT port.
 class NullPortIo final : public PortIo {
-public:
+  public:
     std::uint8_t read(std::uint16_t) override { return 0; }
     void write(std::uint16_t, std::uint8_t) override {}
     std::uint16_t lptBase(int) override { return 0; }

@@ -7,17 +7,19 @@
 namespace kova {
 
 class Prompter {
-public:
+  public:
     virtual ~Prompter() = default;
     // A plain message box with an OK button.
     virtual void message(const std::string& text, const std::string& title) = 0;
     // A Yes/No question; true for Yes.
     virtual bool askYesNo(const std::string& text, const std::string& title) = 0;
     // An input box; nullopt when cancelled.
-    virtual std::optional<std::string> input(const std::string& prompt, const std::string& title) = 0;
+    virtual std::optional<std::string> input(const std::string& prompt,
+                                             const std::string& title) = 0;
     // A file dialog. filter is in the "Description (*.EXT)|*.EXT|" form; save chooses a
     // save dialog. nullopt when cancelled.
-    virtual std::optional<std::string> chooseFile(const std::string& title, const std::string& filter,
+    virtual std::optional<std::string> chooseFile(const std::string& title,
+                                                  const std::string& filter,
                                                   const std::string& proposed, bool save) = 0;
 };
 

@@ -16,11 +16,13 @@ void RecordingPortIo::write(std::uint16_t port, std::uint8_t value) {
 }
 
 std::size_t RecordingPortIo::reads() const {
-    return static_cast<std::size_t>(
-        std::count_if(log_.begin(), log_.end(), [](const PortAccess& a) { return a.kind == PortAccess::Read; }));
+    return static_cast<std::size_t>(std::count_if(
+        log_.begin(), log_.end(), [](const PortAccess& a) { return a.kind == PortAccess::Read; }));
 }
 
-std::size_t RecordingPortIo::writes() const { return log_.size() - reads(); }
+std::size_t RecordingPortIo::writes() const {
+    return log_.size() - reads();
+}
 
 std::vector<std::uint8_t> RecordingPortIo::writesTo(std::uint16_t port) const {
     std::vector<std::uint8_t> out;

@@ -16,7 +16,7 @@ struct PortAccess {
 };
 
 class RecordingPortIo final : public PortIo {
-public:
+  public:
     explicit RecordingPortIo(PortIo& inner) : inner_(inner) {}
     std::uint8_t read(std::uint16_t port) override;
     void write(std::uint16_t port, std::uint8_t value) override;
@@ -30,7 +30,7 @@ public:
     // Values written to one port, in order.
     std::vector<std::uint8_t> writesTo(std::uint16_t port) const;
 
-private:
+  private:
     PortIo& inner_;
     std::vector<PortAccess> log_;
 };

@@ -4,7 +4,7 @@ namespace kova {
 
 // The periodic timer that fires the scan. Only the scan sets its interval.
 class ScanTimer {
-public:
+  public:
     virtual ~ScanTimer() = default;
     virtual void setInterval(int milliseconds) = 0;
 };

@@ -4,7 +4,9 @@
 
 namespace kova {
 
-SimulatedBus::SimulatedBus() { lptBases_ = {0, 0x378, 0x278, 0}; }
+SimulatedBus::SimulatedBus() {
+    lptBases_ = {0, 0x378, 0x278, 0};
+}
 
 BusDevice* SimulatedBus::deviceAt(std::uint16_t port) const {
     for (BusDevice* d : devices_)

@@ -12,7 +12,7 @@
 namespace kova {
 
 class BusDevice {
-public:
+  public:
     virtual ~BusDevice() = default;
     // True when the device answers at this address.
     virtual bool claims(std::uint16_t port) const = 0;
@@ -21,7 +21,7 @@ public:
 };
 
 class SimulatedBus final : public PortIo {
-public:
+  public:
     SimulatedBus();
     std::uint8_t read(std::uint16_t port) override;
     void write(std::uint16_t port, std::uint8_t value) override;
@@ -34,7 +34,7 @@ public:
     void poke(std::uint16_t port, std::uint8_t value) { latches_[port] = value; }
     std::uint8_t peek(std::uint16_t port) const;
 
-private:
+  private:
     BusDevice* deviceAt(std::uint16_t port) const;
     std::vector<BusDevice*> devices_;
     std::map<std::uint16_t, std::uint8_t> latches_;

@@ -5,7 +5,7 @@ namespace kova {
 
 // The main window's status bar (its first panel).
 class StatusSink {
-public:
+  public:
     virtual ~StatusSink() = default;
     virtual void setStatusText(const std::string& text) = 0;
 };

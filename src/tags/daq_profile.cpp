@@ -5,7 +5,8 @@
 namespace kova {
 
 const char* DaqTypeName(int code) {
-    static const char* const names[] = {"TEST", "QRT105", "QRT110", "QRT115", "FIELD RECORDER", "QRTU"};
+    static const char* const names[] = {"TEST",   "QRT105",         "QRT110",
+                                        "QRT115", "FIELD RECORDER", "QRTU"};
     return code >= 0 && code < kDaqTypeCount ? names[code] : "";
 }
 
@@ -30,8 +31,8 @@ const CatalogueEntry kCatalogue[kDaqTypeCount] = {
 struct ListCounts {
     int ai, ao, di, dout;
 };
-const ListCounts kListCounts[kDaqTypeCount] = {
-    {8, 2, 4, 4}, {8, 0, 4, 4}, {8, 2, 0, 0}, {0, 0, 8, 8}, {1, 0, 0, 0}, {8, 1, 15, 8}};
+const ListCounts kListCounts[kDaqTypeCount] = {{8, 2, 4, 4}, {8, 0, 4, 4}, {8, 2, 0, 0},
+                                               {0, 0, 8, 8}, {1, 0, 0, 0}, {8, 1, 15, 8}};
 }  // namespace
 
 void BuildIOList(DaqProfile& p, int typeCode) {

@@ -16,7 +16,7 @@ void InitSystemTags(TagTable& tags) {
     };
     // The labels of MN and SC say "of Day" while the values are minute-of-hour and
     // second-of-minute; users' statements depend on both, so both stay as they are.
-    static constexpr Sys sys[] = {{"TS", "Time In Secs", "Secs"}, {"HR", "Hour Of Day", "Hours"},
+    static constexpr Sys sys[] = {{"TS", "Time In Secs", "Secs"},   {"HR", "Hour Of Day", "Hours"},
                                   {"MN", "Minutes of Day", "Mins"}, {"SC", "Secs of Day", "Secs"},
                                   {"DW", "Day of Week", ""},        {"SU", "Start Up Flag", ""}};
     for (int i = 0; i < 6; ++i) {
@@ -50,7 +50,9 @@ std::string Trim(const std::string& s) {
     return s.substr(first, last - first + 1);
 }
 
-std::string NormalizeTagName(const std::string& name) { return ToUpper(Trim(name)); }
+std::string NormalizeTagName(const std::string& name) {
+    return ToUpper(Trim(name));
+}
 
 IONameClass ClassifyIOName(const std::string& ioName) {
     IONameClass c{kDigital, kVariable, 0};
@@ -66,6 +68,14 @@ IONameClass ClassifyIOName(const std::string& ioName) {
     return c;
 }
 
+void BindIOName(Tag& tag, const std::string& ioName) {
+    const IONameClass c = ClassifyIOName(ioName);
+    tag.IOName = ioName;
+    tag.Kind = c.Kind;
+    tag.Direction = c.Direction;
+    tag.IONumber = c.IONumber;
+}
+
 void ComputeScaling(Tag& tag) {
     const std::int16_t rawDiff = sub16(tag.RawValue2, tag.RawValue1);
     if (rawDiff == 0) {
@@ -77,7 +87,8 @@ void ComputeScaling(Tag& tag) {
     }
     const double slope = (static_cast<double>(tag.EngValue2) - tag.EngValue1) / rawDiff;
     tag.Slope = toSingle(slope);
-    tag.Offset = toSingle(static_cast<double>(tag.EngValue1) - tag.RawValue1 * static_cast<double>(tag.Slope));
+    tag.Offset = toSingle(static_cast<double>(tag.EngValue1) -
+                          tag.RawValue1 * static_cast<double>(tag.Slope));
 }
 
 float ScaleInput(const Tag& tag, std::int16_t raw) {
@@ -85,7 +96,9 @@ float ScaleInput(const Tag& tag, std::int16_t raw) {
 }
 
 std::int16_t ScaleOutput(const Tag& tag, double value, std::int16_t rawMin, std::int16_t rawMax) {
-    if (tag.Slope == 0.0f) throw Fault(FaultKind::DivisionByZero, "Division by zero: tag " + tag.TagName + " has slope 0");
+    if (tag.Slope == 0.0f)
+        throw Fault(FaultKind::DivisionByZero,
+                    "Division by zero: tag " + tag.TagName + " has slope 0");
     double raw = (value - tag.Offset) / tag.Slope;
     if (std::isnan(raw)) throwOverflow("analog output");
     if (raw > rawMax) raw = rawMax;
@@ -105,10 +118,12 @@ int OutputSlot(const Tag& tag) {
 
 namespace kova {
 
-bool IsTagNameInUse(const TagTable& tags, Prompter& prompter, const std::string& name, int editing) {
+bool IsTagNameInUse(const TagTable& tags, Prompter& prompter, const std::string& name,
+                    int editing) {
     for (int i = 1; i <= kUserTags; ++i) {
         if (i == editing || tags[i].TagName != name) continue;
-        prompter.message("Variable " + name + " already in use in Record Number " + std::to_string(i), "ERROR");
+        prompter.message(
+            "Variable " + name + " already in use in Record Number " + std::to_string(i), "ERROR");
         return true;
     }
     return false;

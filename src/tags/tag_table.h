@@ -24,6 +24,8 @@ struct IONameClass {
 // "A" first gives analog; second character "I" input, "O" output, else variable; the text
 // from the fourth character on, when numeric, is the channel number (0 for a variable).
 IONameClass ClassifyIOName(const std::string& ioName);
+// Binds a tag to an I/O name: stores the name and its Kind, Direction and IONumber.
+void BindIOName(Tag& tag, const std::string& ioName);
 
 // Slope and Offset from the two scaling points. A zero raw difference would give a
 // non-finite slope: the slope is then 0 (never stored non-finite) and the offset EngValue1.

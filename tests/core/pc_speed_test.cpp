@@ -8,7 +8,7 @@ TEST(PcSpeed, DelayIsRoundedSpeedTermTimesThree) {
     EXPECT_EQ(DelayFromSpeed(10000000), 63);  // rounded(20 + 1) x 3
     EXPECT_EQ(DelayFromSpeed(500000), 3);
     EXPECT_EQ(DelayFromSpeed(1), 3);
-    EXPECT_EQ(DelayFromSpeed(500001), 6);  // rounded(2.000002) x 3
+    EXPECT_EQ(DelayFromSpeed(500001), 6);    // rounded(2.000002) x 3
     EXPECT_EQ(DelayFromSpeed(2000000), 15);  // rounded(4 + 1) x 3
 }
 

@@ -31,9 +31,10 @@ TEST(PeriodsModel, FortyNineMillisecondsIsRefusedAndTheBoxReset) {
     PeriodsForm f{"49", false, "1", true, false};
     EXPECT_FALSE(ExitPeriodsForm(r.st, f));
     ASSERT_EQ(r.prompt.messages.size(), 1u);
-    EXPECT_EQ(r.prompt.messages[0], (test::Shown{"Time Between I/O Readings Cannot Be Less than 50mSecs", "Error"}));
+    EXPECT_EQ(r.prompt.messages[0],
+              (test::Shown{"Time Between I/O Readings Cannot Be Less than 50mSecs", "Error"}));
     EXPECT_EQ(f.TxtIOPeriod, "50");
-    EXPECT_EQ(r.st.periods.IOPeriod, 49);  // stored before the check, deliberately kept
+    EXPECT_EQ(r.st.periods.IOPeriod, 49);           // stored before the check, deliberately kept
     EXPECT_EQ(r.st.periods.IOUnits, kUnitSeconds);  // units not reached
 }
 
@@ -41,7 +42,8 @@ TEST(PeriodsModel, LoggingBelowFiftyMillisecondsIsRefused) {
     Rig r;
     PeriodsForm f{"50", false, "10", false, false};
     EXPECT_FALSE(ExitPeriodsForm(r.st, f));
-    EXPECT_EQ(r.prompt.messages.at(0).text, "Time Between Logging Readings Cannot Be Less than 50mSecs");
+    EXPECT_EQ(r.prompt.messages.at(0).text,
+              "Time Between Logging Readings Cannot Be Less than 50mSecs");
     EXPECT_EQ(r.prompt.messages.at(0).title, "Error");
     EXPECT_EQ(f.TxtLogPeriod, "50");
     EXPECT_EQ(r.st.periods.IOUnits, kUnitMs);
@@ -53,7 +55,8 @@ TEST(PeriodsModel, IOPeriodLongerThanLoggingIsRefused) {
     PeriodsForm f{"2", true, "1000", false, false};
     EXPECT_FALSE(ExitPeriodsForm(r.st, f));
     EXPECT_EQ(r.prompt.messages.at(0),
-              (test::Shown{"Period for I/O Readings must be less than or equal to Logging Period", "ERROR"}));
+              (test::Shown{"Period for I/O Readings must be less than or equal to Logging Period",
+                           "ERROR"}));
     EXPECT_EQ(r.st.periods.IOPeriod, 2);  // periods and units stay as stored
     EXPECT_EQ(r.st.periods.IOUnits, kUnitSeconds);
     EXPECT_EQ(r.st.periods.LogPeriod, 1000);

@@ -15,8 +15,11 @@ TEST(TextEncoding, RoundTripsEveryWindows1252Byte) {
 
 TEST(TextEncoding, KnownCharacters) {
     EXPECT_EQ(Utf8ToCp1252("\xE2\x82\xAC"), std::string("\x80"));  // euro sign
-    EXPECT_EQ(Utf8ToCp1252("\xC2\xB0" "C"), std::string("\xB0" "C"));  // degree sign
-    EXPECT_EQ(Cp1252ToUtf8("\xB5"), "\xC2\xB5");                   // micro sign
+    EXPECT_EQ(Utf8ToCp1252("\xC2\xB0"
+                           "C"),
+              std::string("\xB0"
+                          "C"));                  // degree sign
+    EXPECT_EQ(Cp1252ToUtf8("\xB5"), "\xC2\xB5");  // micro sign
     EXPECT_EQ(Cp1252Length("Tank \xC2\xB0"), 6u);
 }
 

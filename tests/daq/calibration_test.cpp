@@ -67,7 +67,8 @@ TEST(Calibration, BadFileGivesDefaultsAndNamesTheFile) {
     EXPECT_EQ(r.data, CalibrationData{});
     EXPECT_NE(r.error.find("KOVA_P.CAL"), std::string::npos);
     EXPECT_NE(r.error.find("abc"), std::string::npos);
-    EXPECT_EQ(test::ReadFileBytes(dir / "KOVA_P.CAL"), "4000 abc 0\r\n");  // left for the user to see
+    EXPECT_EQ(test::ReadFileBytes(dir / "KOVA_P.CAL"),
+              "4000 abc 0\r\n");  // left for the user to see
     test::WriteFileBytes(dir / "KOVA_P.CAL", "4000 4000\r\n");
     r = LoadCalibration(dir.path());
     EXPECT_NE(r.error.find("three"), std::string::npos);

@@ -89,11 +89,7 @@ namespace {
 void setTag(Station& st, int n, const std::string& ioName) {
     Tag& t = st.tags[n];
     t.TagName = "T" + std::to_string(n);
-    t.IOName = ioName;
-    const IONameClass c = ClassifyIOName(ioName);
-    t.Kind = c.Kind;
-    t.Direction = c.Direction;
-    t.IONumber = c.IONumber;
+    BindIOName(t, ioName);
     t.Address = 1;
 }
 }  // namespace

@@ -45,7 +45,7 @@ TEST(SimulatedBus, PlainAddressesLatchWhatWasWritten) {
 
 namespace {
 class Echo final : public BusDevice {
-public:
+  public:
     bool claims(std::uint16_t port) const override { return port == 0x379; }
     std::uint8_t read(std::uint16_t) override { return static_cast<std::uint8_t>(last ^ 0xFF); }
     void write(std::uint16_t, std::uint8_t v) override { last = v; }

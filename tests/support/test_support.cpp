@@ -14,7 +14,8 @@ bool ScriptedPrompter::askYesNo(const std::string& text, const std::string& titl
     return a;
 }
 
-std::optional<std::string> ScriptedPrompter::input(const std::string& prompt, const std::string& title) {
+std::optional<std::string> ScriptedPrompter::input(const std::string& prompt,
+                                                   const std::string& title) {
     inputs.push_back({prompt, title});
     if (inputAnswers.empty()) return std::nullopt;
     auto a = inputAnswers.front();
@@ -22,7 +23,8 @@ std::optional<std::string> ScriptedPrompter::input(const std::string& prompt, co
     return a;
 }
 
-std::optional<std::string> ScriptedPrompter::chooseFile(const std::string& title, const std::string& filter,
+std::optional<std::string> ScriptedPrompter::chooseFile(const std::string& title,
+                                                        const std::string& filter,
                                                         const std::string&, bool) {
     fileDialogs.push_back({title, filter});
     if (fileAnswers.empty()) return std::nullopt;
@@ -33,7 +35,8 @@ std::optional<std::string> ScriptedPrompter::chooseFile(const std::string& title
 
 TempFolder::TempFolder() {
     std::random_device rd;
-    path_ = std::filesystem::temp_directory_path() / ("kova-test-" + std::to_string(rd()) + std::to_string(rd()));
+    path_ = std::filesystem::temp_directory_path() /
+            ("kova-test-" + std::to_string(rd()) + std::to_string(rd()));
     std::filesystem::create_directories(path_);
 }
 

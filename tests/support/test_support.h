@@ -22,8 +22,10 @@ struct Shown {
 // Records every message and question; answers questions and inputs from scripts
 // (No / cancel when the script is empty).
 class ScriptedPrompter final : public Prompter {
-public:
-    void message(const std::string& text, const std::string& title) override { messages.push_back({text, title}); }
+  public:
+    void message(const std::string& text, const std::string& title) override {
+        messages.push_back({text, title});
+    }
     bool askYesNo(const std::string& text, const std::string& title) override;
     std::optional<std::string> input(const std::string& prompt, const std::string& title) override;
     std::optional<std::string> chooseFile(const std::string& title, const std::string& filter,
@@ -39,26 +41,26 @@ public:
 };
 
 class RecordingStatus final : public StatusSink {
-public:
+  public:
     void setStatusText(const std::string& text) override { texts.push_back(text); }
     std::vector<std::string> texts;
 };
 
 class RecordingTimer final : public ScanTimer {
-public:
+  public:
     void setInterval(int ms) override { intervals.push_back(ms); }
     std::vector<int> intervals;
 };
 
 class CountingBeeper final : public Beeper {
-public:
+  public:
     void beep() override { ++count; }
     int count = 0;
 };
 
 // A fresh empty folder, removed with its contents at the end of the test.
 class TempFolder {
-public:
+  public:
     TempFolder();
     ~TempFolder();
     TempFolder(const TempFolder&) = delete;
@@ -66,7 +68,7 @@ public:
     const std::filesystem::path& path() const { return path_; }
     std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
 
-private:
+  private:
     std::filesystem::path path_;
 };
 

@@ -53,7 +53,10 @@ TEST(DaqCatalogue, CountsAndRanges) {
     struct Row {
         int code, ai, ao, di, dout, rawMin, rawMax;
     };
-    const Row rows[] = {{1, 8, 0, 4, 4, 0, 4095}, {2, 8, 2, 0, 0, 0, 4095}, {3, 0, 0, 8, 8, 0, 0}, {5, 8, 1, 15, 8, 0, 255}};
+    const Row rows[] = {{1, 8, 0, 4, 4, 0, 4095},
+                        {2, 8, 2, 0, 0, 0, 4095},
+                        {3, 0, 0, 8, 8, 0, 0},
+                        {5, 8, 1, 15, 8, 0, 255}};
     for (const Row& r : rows) {
         DaqProfile p;
         BuildIOList(p, r.code);

@@ -15,7 +15,8 @@ struct Indexed {
     TagNameIndex index;
     explicit Indexed(const std::vector<std::string>& names) {
         InitSystemTags(tags);
-        for (std::size_t i = 0; i < names.size(); ++i) tags[static_cast<int>(i) + 1].TagName = names[i];
+        for (std::size_t i = 0; i < names.size(); ++i)
+            tags[static_cast<int>(i) + 1].TagName = names[i];
         RebuildTagNameIndex(tags, index);
     }
 };
@@ -52,16 +53,19 @@ TEST(FindTag, LowerCaseTsIsSearchedInTheIndex) {
 TEST(FindTag, FewerThanSixteenNamesAreAllFound) {
     const std::vector<std::string> names = {"TANK1", "PUMP", "VALVE", "LEVEL", "A", "ZED", "M2"};
     Indexed t(names);
-    for (std::size_t i = 0; i < names.size(); ++i) EXPECT_EQ(FindTag(t.index, names[i]), static_cast<int>(i) + 1) << names[i];
+    for (std::size_t i = 0; i < names.size(); ++i)
+        EXPECT_EQ(FindTag(t.index, names[i]), static_cast<int>(i) + 1) << names[i];
     EXPECT_EQ(FindTag(t.index, "NOSUCH"), 0);
     EXPECT_EQ(FindTag(t.index, "tank1"), 0);  // names are compared as stored, in upper case
 }
 
 TEST(FindTag, FullTableFindsEveryNameIncludingPositionThirtyTwo) {
     std::vector<std::string> names;
-    for (int i = 0; i < 32; ++i) names.push_back("T" + std::string(1, static_cast<char>('A' + i % 26)) + std::to_string(i));
+    for (int i = 0; i < 32; ++i)
+        names.push_back("T" + std::string(1, static_cast<char>('A' + i % 26)) + std::to_string(i));
     Indexed t(names);
-    for (std::size_t i = 0; i < names.size(); ++i) EXPECT_EQ(FindTag(t.index, names[i]), static_cast<int>(i) + 1) << names[i];
+    for (std::size_t i = 0; i < names.size(); ++i)
+        EXPECT_EQ(FindTag(t.index, names[i]), static_cast<int>(i) + 1) << names[i];
     // The lowest name sorts into position 32, which only the final comparison reaches.
     const std::string lowest = *std::min_element(names.begin(), names.end());
     EXPECT_EQ(t.index[32].Name, lowest);
@@ -83,7 +87,8 @@ TEST(FindTag, RandomTablesAgreeWithALinearSearch) {
         }
         Indexed t(names);
         for (std::size_t i = 0; i < names.size(); ++i) {
-            if (names[i] == "TS" || names[i] == "HR" || names[i] == "MN" || names[i] == "SC" || names[i] == "DW" || names[i] == "SU")
+            if (names[i] == "TS" || names[i] == "HR" || names[i] == "MN" || names[i] == "SC" ||
+                names[i] == "DW" || names[i] == "SU")
                 continue;
             EXPECT_EQ(FindTag(t.index, names[i]), static_cast<int>(i) + 1) << names[i];
         }

@@ -129,3 +129,14 @@ TEST(TagNames, InUseShowsTheMessageWithTheRecordNumber) {
 }
 
 }  // namespace kova
+
+namespace kova {
+TEST(IONames, BindingATagStoresTheNameAndItsClassification) {
+    Tag t;
+    BindIOName(t, "DO-3");
+    EXPECT_EQ(t.IOName, "DO-3");
+    EXPECT_EQ(t.Kind, kDigital);
+    EXPECT_EQ(t.Direction, kOutput);
+    EXPECT_EQ(t.IONumber, 3);
+}
+}  // namespace kova

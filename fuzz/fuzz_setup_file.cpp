@@ -1,0 +1,30 @@
+// Feeds arbitrary bytes to the setup-file reader. It must never crash, hang or allocate
+// without bound; whatever it accepts must write back and read again to the same bytes.
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+#include <string>
+
+#include "core/setup_file.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    using namespace kova;
+    const std::string bytes(reinterpret_cast<const char*>(data), size);
+    auto st = std::make_unique<Station>();
+    std::string error;
+    const bool ok = DecodeSetupFile(*st, bytes, error);
+    if (ok != FindSetupFileProblems(bytes).empty()) std::abort();
+    if (!ok) {
+        if (error.empty()) std::abort();
+        return 0;
+    }
+    // A file that reads holds only items that fit their records, so it can be written.
+    if (!FindUnsavableItems(*st).empty()) std::abort();
+    const std::string once = EncodeSetupFile(*st);
+    if (once.size() != static_cast<std::size_t>(kSetupFileLength)) std::abort();
+    auto again = std::make_unique<Station>();
+    if (!DecodeSetupFile(*again, once, error)) std::abort();
+    if (EncodeSetupFile(*again) != once) std::abort();
+    return 0;
+}

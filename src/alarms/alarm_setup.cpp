@@ -1,0 +1,152 @@
+#include "alarms/alarm_setup.h"
+
+#include <algorithm>
+
+#include "alarms/alarm_text.h"
+#include "core/numeric.h"
+#include "core/text_encoding.h"
+#include "tags/tag_name_index.h"
+#include "tags/tag_table.h"
+
+namespace kova {
+
+namespace {
+
+// TagName, TagNo, HiVal, HiMsg, LoVal, LoMsg, NormMsg, LastText, State without the text
+// bytes: five 2-byte string lengths, two 16-bit integers, two singles.
+constexpr std::size_t kFixedRecordBytes = 5 * 2 + 2 * 2 + 2 * 4;
+constexpr std::size_t kTextRoom = kAlarmRecordLimit - kFixedRecordBytes - kAlarmPrefixLength;
+
+void clearAlarm(AlarmDef& a) {
+    a = AlarmDef{};
+}
+
+// A refusal text when the alarm's texts cannot be kept in its record, "" when they can.
+std::string recordProblem(const std::string& tagName, const AlarmSetupForm& form) {
+    const struct {
+        const std::string* text;
+        const char* field;
+    } texts[] = {{&tagName, "Tag Name"},
+                 {&form.TxtHiMsg, "High Alarm Message"},
+                 {&form.TxtLoMsg, "Low Alarm Message"},
+                 {&form.TxtNormMsg, "Normal Message"}};
+    for (const auto& t : texts) {
+        if (!Cp1252Length(*t.text))
+            return std::string("The ") + t.field +
+                   " contains a character that cannot be stored in the setup file";
+    }
+    const std::size_t need =
+        *AlarmRecordBudget(tagName, form.TxtHiMsg, form.TxtLoMsg, form.TxtNormMsg);
+    if (need <= kAlarmRecordLimit) return "";
+    const std::size_t used = need - kFixedRecordBytes - kAlarmPrefixLength;
+    return "Alarm messages too long to save: the tag name and the three messages, with the "
+           "longest message counted twice, may have at most " +
+           std::to_string(kTextRoom) + " characters together; these have " + std::to_string(used);
+}
+
+}  // namespace
+
+std::optional<std::size_t> AlarmRecordBudget(const std::string& tagName, const std::string& hiMsg,
+                                             const std::string& loMsg, const std::string& normMsg) {
+    const auto name = Cp1252Length(tagName);
+    const auto hi = Cp1252Length(hiMsg);
+    const auto lo = Cp1252Length(loMsg);
+    const auto norm = Cp1252Length(normMsg);
+    if (!name || !hi || !lo || !norm) return std::nullopt;
+    const std::size_t longestLine = kAlarmPrefixLength + std::max({*hi, *lo, *norm});
+    return kFixedRecordBytes + *name + *hi + *lo + *norm + longestLine;
+}
+
+std::vector<std::string> AlarmTagChoices(const Station& st) {
+    std::vector<std::string> names;
+    for (int n = 1; n <= kUserTags; ++n)
+        if (!st.tags[n].TagName.empty()) names.push_back(st.tags[n].TagName);
+    return names;
+}
+
+AlarmSetupForm OpenAlarmSetup(const Station& st) {
+    AlarmSetupForm form;
+    form.CboTagList = AlarmTagChoices(st);
+    form.ChkEnableAlm = st.switches.AlarmsEnabled != 0;
+    ShowAlarm(st, form, 1);
+    return form;
+}
+
+void ShowAlarm(const Station& st, AlarmSetupForm& form, int number) {
+    const AlarmDef& a = st.alarms.Alarms[number];
+    form.LblAlmNo = number;
+    form.CboTag = a.TagName;
+    form.TxtHiVal = plainNumberText(a.HiVal);
+    form.TxtHiMsg = a.HiMsg;
+    form.TxtLoVal = plainNumberText(a.LoVal);
+    form.TxtLoMsg = a.LoMsg;
+    form.TxtNormMsg = a.NormMsg;
+}
+
+bool SaveAlarm(Station& st, const AlarmSetupForm& form) {
+    AlarmDef& a = st.alarms.Alarms[form.LblAlmNo];
+    Prompter& prompt = *st.platform.prompter;
+
+    const std::string name = NormalizeTagName(form.CboTag);
+    if (name.empty()) {
+        clearAlarm(a);
+        return true;
+    }
+    const int tagNo = FindTag(st.nameIndex, name);
+    if (tagNo == 0) {
+        prompt.message("Tag Name Not Found", "ERROR");
+        return false;
+    }
+    if (!isNumeric(form.TxtHiVal) || !isNumeric(form.TxtLoVal)) {
+        prompt.message("High and Low Alarm Values must be numbers", "Error");
+        return false;
+    }
+    const float hi = toSingle(leadingNumber(form.TxtHiVal));
+    const float lo = toSingle(leadingNumber(form.TxtLoVal));
+    if (hi <= lo) {
+        prompt.message("High Alarm Value must be greater than Low Alarm Value", "Error");
+        return false;
+    }
+    if (const std::string problem = recordProblem(name, form); !problem.empty()) {
+        prompt.message(problem, "Error");
+        return false;
+    }
+
+    a.TagName = name;
+    a.TagNo = static_cast<std::int16_t>(tagNo);
+    a.HiVal = hi;
+    a.HiMsg = form.TxtHiMsg;
+    a.LoVal = lo;
+    a.LoMsg = form.TxtLoMsg;
+    a.NormMsg = form.TxtNormMsg;
+    return true;  // State and LastText stay as they are
+}
+
+bool NextAlarm(Station& st, AlarmSetupForm& form) {
+    if (!SaveAlarm(st, form)) return false;
+    ShowAlarm(st, form, form.LblAlmNo == kAlarmCount ? 1 : form.LblAlmNo + 1);
+    return true;
+}
+
+bool PrevAlarm(Station& st, AlarmSetupForm& form) {
+    if (!SaveAlarm(st, form)) return false;
+    ShowAlarm(st, form, form.LblAlmNo == 1 ? kAlarmCount : form.LblAlmNo - 1);
+    return true;
+}
+
+void DeleteAlarm(Station& st, AlarmSetupForm& form) {
+    auto& alarms = st.alarms.Alarms;
+    for (int n = form.LblAlmNo; n < kAlarmCount; ++n) alarms[n] = alarms[n + 1];
+    clearAlarm(alarms[kAlarmCount]);
+    ShowAlarm(st, form, form.LblAlmNo);
+}
+
+bool ExitAlarmSetup(Station& st, AlarmSetupForm& form) {
+    if (!SaveAlarm(st, form) &&
+        !st.platform.prompter->askYesNo("Do You wish to exit without saving this alarm", kAppTitle))
+        return false;
+    st.switches.AlarmsEnabled = form.ChkEnableAlm ? 1 : 0;
+    return true;
+}
+
+}  // namespace kova

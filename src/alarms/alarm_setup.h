@@ -1,0 +1,56 @@
+#pragma once
+// The alarm set-up window (FrmAlmSetUp) as a model: what the controls show, SaveAlarm with
+// its checks in their order, the wrap-around navigation, delete and exit.
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "core/station.h"
+
+namespace kova {
+
+inline constexpr const char* kEnableAlarmsCaption = "Enable Alarms";
+
+struct AlarmSetupForm {
+    int LblAlmNo = 1;                     // the shown alarm, 1..20
+    std::vector<std::string> CboTagList;  // the names offered
+    std::string CboTag;                   // "" means no alarm
+    std::string TxtHiVal;
+    std::string TxtHiMsg;
+    std::string TxtLoVal;
+    std::string TxtLoMsg;
+    std::string TxtNormMsg;
+    bool ChkEnableAlm = false;
+};
+
+// The names CboTag offers: user tags 1..32 that have a name, in tag order.
+std::vector<std::string> AlarmTagChoices(const Station& st);
+
+// Opening: the tag list, the switch, alarm 1.
+AlarmSetupForm OpenAlarmSetup(const Station& st);
+// Puts alarm `number` into the controls (the list and the switch stay).
+void ShowAlarm(const Station& st, AlarmSetupForm& form, int number);
+
+// Stores the shown alarm, or clears it when no tag is chosen. On a refusal the message
+// has been shown, nothing is stored and false is returned.
+bool SaveAlarm(Station& st, const AlarmSetupForm& form);
+
+// Next and Prev: save, then move on (after 20 comes 1, before 1 comes 20); a failed save
+// stays on the alarm. True when the form moved.
+bool NextAlarm(Station& st, AlarmSetupForm& form);
+bool PrevAlarm(Station& st, AlarmSetupForm& form);
+// CmdDelete, without asking: alarms after the shown one move up one place, alarm 20 is
+// emptied, and the alarm now at the shown number is shown.
+void DeleteAlarm(Station& st, AlarmSetupForm& form);
+// Exit: save; when that fails ask whether to leave anyway. On leaving the switch is
+// stored in AlarmsEnabled. True when the window closes.
+bool ExitAlarmSetup(Station& st, AlarmSetupForm& form);
+
+// The setup file keeps an alarm in one 128-byte record. The bytes the alarm would need
+// with these texts, its LastText counted at its longest (the 26-character prefix and the
+// longest message); nullopt when a text has a character the file cannot hold.
+std::optional<std::size_t> AlarmRecordBudget(const std::string& tagName, const std::string& hiMsg,
+                                             const std::string& loMsg, const std::string& normMsg);
+inline constexpr std::size_t kAlarmRecordLimit = 128;
+
+}  // namespace kova

@@ -1,0 +1,55 @@
+#pragma once
+// The control statement window (FrmControl) as a model: what its controls show, and what
+// the buttons check, store and say. One line of the control table is shown at a time.
+#include <string>
+#include <vector>
+
+#include "core/station.h"
+
+namespace kova {
+
+inline constexpr const char* kChkIfCaption =
+    "Carry out Then statement only when If goes False to True";
+inline constexpr const char* kChkEnableControlCaption = "Enable Control Language";
+
+// Names of the text boxes, as the form remembers the one that last had the focus.
+inline constexpr const char* kFocusIf = "IF";
+inline constexpr const char* kFocusThen = "THEN";
+inline constexpr const char* kFocusElse = "ELSE";
+
+struct ControlForm {
+    int LblLineNo = 1;                 // the shown line, 1..30
+    std::string TxtIf;                 // IfText
+    std::string TxtThen;               // ThenText, one assignment per text line
+    std::string TxtElse;               // ElseText
+    bool ChkIf = false;                // ThenOnRise
+    bool ChkEnableControl = false;     // ControlsEnabled
+    std::vector<std::string> CboTag;   // names of the used user tags, in tag order
+    std::string LastFocus = kFocusIf;  // TxtIf has the focus when the window opens
+};
+
+// Opening: fill CboTag, set ChkEnableControl from ControlsEnabled, show line 1.
+ControlForm OpenControlForm(const Station& st);
+
+// ShowLine: the shown line's number, texts and ThenOnRise into the controls.
+void ShowControlLine(const Station& st, ControlForm& form);
+
+// CheckLine: compiles the shown texts (IF evaluated once, each assignment executed once,
+// which really writes its tag) and stores the three codes in the shown line. On a problem
+// shows its message titled "Error" and returns false, storing nothing.
+bool CheckLine(Station& st, ControlForm& form);
+
+// The buttons. Next, Prev and Exit do nothing more when CheckLine fails.
+void ControlFormNext(Station& st, ControlForm& form);
+void ControlFormPrev(Station& st, ControlForm& form);
+void ControlFormInsert(Station& st, ControlForm& form);
+void ControlFormDelete(Station& st, ControlForm& form);
+// True when the window may close (ControlCount and ControlsEnabled then set).
+bool ControlFormExit(Station& st, ControlForm& form);
+
+// A text box got the focus ("IF", "THEN" or "ELSE").
+void ControlFormFocus(ControlForm& form, const std::string& box);
+// A name chosen in CboTag: "@" + name is appended to the box that last had the focus.
+void ControlFormChooseTag(ControlForm& form, const std::string& name);
+
+}  // namespace kova
