@@ -1,47 +1,37 @@
 #include "app/engine_link.h"
 
-// Interim: the scan, the configuration operations and the logging switch are not in the
-// engine yet. Until they are, these bodies do the least the window needs; each is replaced
-// by the one engine call named beside it.
-#include "daq/calibration.h"
-#include "platform/prompter.h"
+#include "core/scan_cycle.h"
+#include "logging/log_switch.h"
+#include "logging/log_writer.h"
 
 namespace kova::app {
 
-void RunTick(Station& st) {  // -> Tick(st)
-    ScanState& s = st.scan;
-    const Periods& p = st.periods;
-    if (s.LastUnits != p.IOUnits || (p.IOUnits == kUnitMs && s.LastPeriod != p.IOPeriod)) {
-        st.platform.timer->setInterval(p.IOUnits == kUnitSeconds ? 1000 : p.IOPeriod);
-        s.LastUnits = p.IOUnits;
-        s.LastPeriod = p.IOPeriod;
-    }
+void RunTick(Station& st) {
+    Tick(st);
 }
 
-LoadOutcome StartUp(Station& st) {  // -> StartStation(st)
-    st.setupFileName = (st.workingFolder / kDefaultSetupFile).string();
-    st.calibration = LoadCalibration(st.workingFolder).data;
-    return {};
+LoadOutcome StartUp(Station& st) {
+    return StartStation(st);
 }
 
-void NewConfiguration(Station&) {}  // -> ApplyFileNewDefaults(st)
-
-LoadOutcome LoadSetup(Station&, const std::filesystem::path& file) {  // -> LoadConfiguration
-    return {false, file.string() + ": setup files cannot be read by this build yet"};
+void NewConfiguration(Station& st) {
+    ApplyFileNewDefaults(st);
 }
 
-void SaveSetup(const Station&, const std::filesystem::path&) {}  // -> SaveConfiguration
-
-void ToggleLog(Station& st) {  // -> ToggleLogging(st)
-    if (st.switches.LoggingEnabled.isOn()) {
-        st.switches.LoggingEnabled = Variant::integer(0);
-    } else if (st.logging.LogFileName.empty()) {
-        st.platform.prompter->message("Error No Log File Name Has Been Entered", kAppTitle);
-    } else {
-        st.switches.LoggingEnabled = Variant::integer(1);
-    }
+LoadOutcome LoadSetup(Station& st, const std::filesystem::path& file) {
+    return LoadConfiguration(st, file);
 }
 
-void CloseLog(Station&) {}  // -> CloseLogFile(st)
+void SaveSetup(const Station& st, const std::filesystem::path& file) {
+    SaveConfiguration(st, file);
+}
+
+void ToggleLog(Station& st) {
+    ToggleLogging(st);
+}
+
+void CloseLog(Station& st) {
+    CloseLogFile(st);
+}
 
 }  // namespace kova::app

@@ -7,6 +7,7 @@
 #include "app/kova_application.h"
 #include "app/main_window.h"
 #include "app/splash_window.h"
+#include "app/station_port.h"
 #include "core/splash_pause.h"
 #include "core/station.h"
 #include "daq/port_layer.h"
@@ -15,6 +16,9 @@ int main(int argc, char** argv) {
     kova::app::KovaApplication app(argc, argv);
     kova::Station station;
     station.workingFolder = std::filesystem::current_path();
+    // The printer port of the LPT number in use, opened when the drivers first need it.
+    kova::app::StationPort port([&] { return static_cast<int>(station.daq.PrinterPortNumber); });
+    station.platform.port = &port;
 
     std::unique_ptr<kova::app::MainWindow> mainWindow;
     kova::app::SplashWindow splash(

@@ -18,6 +18,9 @@
 #include "app/qt_prompter.h"
 #include "app/qt_seams.h"
 #include "core/forms/periods_form.h"
+#include "daq/calibration_model.h"
+#include "daq/forms/calibration_form.h"
+#include "daq/forms/printer_port_form.h"
 #include "tags/forms/daq_type_form.h"
 
 namespace kova::app {
@@ -238,6 +241,9 @@ void MainWindow::startUp() {
         // A missing or unreadable "Default.Suf" is not an error: the defaults are in use.
         if (!outcome.ok && !outcome.error.empty())
             std::cerr << "kova: " << outcome.error << std::endl;
+        // An unreadable calibration file is named; its defaults are in use.
+        if (!outcome.calibrationError.empty())
+            st_.platform.prompter->message(outcome.calibrationError, kAppTitle);
     });
     refreshTitle();
     mirror();
@@ -250,6 +256,11 @@ void MainWindow::startScan() {
 void MainWindow::tick() {
     report_.guardTick([&] { RunTick(st_); });
     mirror();
+    const std::string problem = PortProblemToTell(st_, portProblemTold_);
+    if (!problem.empty()) {
+        statusPanel_->setText(QString::fromStdString(problem));
+        st_.platform.prompter->message(problem, kAppTitle);
+    }
 }
 
 void MainWindow::mirror() {
@@ -318,7 +329,7 @@ void MainWindow::openWindow(WindowKind kind) {
         return;
     }
     report_.guard([&] {
-        if (kind == WindowKind::Calibration && !CalibrationMayOpen(st_)) return;
+        if (kind == WindowKind::Calibration && !MayOpenCalibration(st_)) return;
         windows_.open(windowName(kind), [&] { return createWindow(kind); });
     });
 }
@@ -366,8 +377,7 @@ QWidget* MainWindow::createWindow(WindowKind kind) {
             notAvailable("Control Language");
             return nullptr;
         case WindowKind::Calibration:
-            notAvailable("Calibration");
-            return nullptr;
+            return new CalibrationWindow(st_, report_, this);
         case WindowKind::Readings:
             notAvailable("Readings");
             return nullptr;
@@ -384,8 +394,7 @@ QWidget* MainWindow::createWindow(WindowKind kind) {
             notAvailable("History");
             return nullptr;
         case WindowKind::PrinterAddress:
-            notAvailable("Printer Port Address");
-            return nullptr;
+            return new PrinterPortWindow(st_, report_, this);
     }
     return nullptr;
 }

@@ -108,6 +108,7 @@ class MainWindow : public QMainWindow {
     WindowRegistry windows_;
     QTimer hiTime2_;
     SwitchIndicators boxes_;
+    std::string portProblemTold_;
 
     QPushButton* cmdPoll_;
     QPushButton* cmdLog_;

@@ -23,13 +23,12 @@ void ToggleControls(Station& st) {
     st.switches.ControlsEnabled = st.switches.ControlsEnabled == 0 ? 1 : 0;
 }
 
-bool CalibrationMayOpen(Station& st) {
-    if (st.profile.AnalogInputs < 1) {
-        st.platform.prompter->message(
-            "The " + st.profile.TypeString + " Module Has No Analog Inputs", "ERROR");
-        return false;
-    }
-    return true;
+std::string PortProblemToTell(const Station& st, std::string& told) {
+    if (st.profile.TypeCode == kDaqTest) return {};
+    const std::string problem = st.platform.port->problem();
+    if (problem.empty() || problem == told) return {};
+    told = problem;
+    return problem;
 }
 
 std::string MainWindowTitle(const Station& st) {

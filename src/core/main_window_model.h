@@ -27,9 +27,10 @@ void ToggleAlarms(Station& st);
 // CmdControl: 0 -> 1, anything else -> 0.
 void ToggleControls(Station& st);
 
-// SetUp / Calibration: a module without analog inputs gets "The <type> Module Has No
-// Analog Inputs" (title "ERROR") and no window. True when the window may open.
-bool CalibrationMayOpen(Station& st);
+// Why the printer port cannot be reached, when the user should hear it: a module other
+// than the TEST module is selected, the port back-end has a problem, and that problem is
+// not the one told last time (`told`, updated). "" when there is nothing to tell.
+std::string PortProblemToTell(const Station& st, std::string& told);
 
 // The main window's caption: the program and the setup file in use.
 std::string MainWindowTitle(const Station& st);

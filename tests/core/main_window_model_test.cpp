@@ -84,26 +84,45 @@ TEST(MainWindowModel, ControlButtonGoesFromZeroToOneAndAnythingElseToZero) {
     EXPECT_EQ(st.switches.ControlsEnabled, 0);
 }
 
-TEST(MainWindowModel, CalibrationOpensForAModuleWithAnalogInputs) {
-    Rig r;
-    BuildIOList(r.st.profile, kDaqQrt105);
-    EXPECT_TRUE(CalibrationMayOpen(r.st));
-    EXPECT_TRUE(r.prompt.messages.empty());
+namespace {
+class ProblemPort final : public PortIo {
+  public:
+    std::uint8_t read(std::uint16_t) override { return 0; }
+    void write(std::uint16_t, std::uint8_t) override {}
+    std::uint16_t lptBase(int) override { return 0; }
+    std::string problem() const override { return why; }
+    std::string why;
+};
+}  // namespace
+
+TEST(MainWindowModel, APortProblemIsToldOnceForAModuleOnThePort) {
+    Station st;
+    ProblemPort port;
+    port.why = "LPT 1: /dev/parport0 does not exist";
+    st.platform.port = &port;
+    std::string told;
+    BuildIOList(st.profile, kDaqQrt105);
+    EXPECT_EQ(PortProblemToTell(st, told), "LPT 1: /dev/parport0 does not exist");
+    EXPECT_EQ(PortProblemToTell(st, told), "");
+    port.why = "LPT 2: permission denied";
+    EXPECT_EQ(PortProblemToTell(st, told), "LPT 2: permission denied");
 }
 
-TEST(MainWindowModel, CalibrationOpensForTheTestModuleWhichHasEightAnalogInputs) {
-    Rig r;
-    BuildIOList(r.st.profile, kDaqTest);
-    EXPECT_TRUE(CalibrationMayOpen(r.st));
+TEST(MainWindowModel, TheTestModuleNeedsNoPort) {
+    Station st;
+    ProblemPort port;
+    port.why = "no port";
+    st.platform.port = &port;
+    std::string told;
+    EXPECT_EQ(PortProblemToTell(st, told), "");
+    EXPECT_EQ(told, "");
 }
 
-TEST(MainWindowModel, CalibrationOfAModuleWithoutAnalogInputsIsRefused) {
-    Rig r;
-    BuildIOList(r.st.profile, kDaqQrt115);
-    EXPECT_FALSE(CalibrationMayOpen(r.st));
-    ASSERT_EQ(r.prompt.messages.size(), 1u);
-    EXPECT_EQ(r.prompt.messages[0],
-              (test::Shown{"The QRT115 Module Has No Analog Inputs", "ERROR"}));
+TEST(MainWindowModel, AWorkingPortHasNothingToTell) {
+    Station st;
+    std::string told;
+    BuildIOList(st.profile, kDaqQrtu);
+    EXPECT_EQ(PortProblemToTell(st, told), "");
 }
 
 TEST(MainWindowModel, TitleNamesTheProgramAndTheSetupFile) {

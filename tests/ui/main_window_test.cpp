@@ -15,9 +15,11 @@
 #include <sstream>
 
 #include "app/help_window.h"
+#include "core/configuration.h"
 #include "core/fault.h"
 #include "core/forms/periods_form.h"
 #include "support/test_support.h"
+#include "tags/tag_table.h"
 #include "ui/ui_support.h"
 
 namespace kova::app {
@@ -179,6 +181,7 @@ TEST(MainWindow, LogDataWithoutALogFileNameSaysSoAndLeavesLoggingOff) {
 
 TEST(MainWindow, EveryTickMirrorsTheSwitchesChangedElsewhere) {
     Rig r;
+    r.st.periods.LogPeriod = 100;  // no log record (and no log file) is due in this test
     r.st.switches.PollEnabled = true;
     r.st.switches.LoggingEnabled = Variant::integer(1);
     r.st.switches.AlarmsEnabled = 1;
@@ -303,9 +306,9 @@ TEST(MainWindow, CalibrationWithAModuleWithoutAnalogInputsShowsTheMessageAndOpen
 
 TEST(MainWindow, ItemsWhoseWindowsAreStillToComeStayEnabledAndSaySo) {
     Rig r;
-    for (const char* name : {"SetUpTags", "SetUpScreens", "SetUpTrends", "Parameters", "StartStop",
-                             "Alarms", "Control", "ViewReadings", "MinMax", "ViewTrends",
-                             "AlarmView", "History", "PrinterAddress"}) {
+    for (const char* name :
+         {"SetUpTags", "SetUpScreens", "SetUpTrends", "Parameters", "StartStop", "Alarms",
+          "Control", "ViewReadings", "MinMax", "ViewTrends", "AlarmView", "History"}) {
         QAction* a = r.action(name);
         ASSERT_NE(a, nullptr);
         EXPECT_TRUE(a->isEnabled()) << name;
@@ -384,6 +387,132 @@ TEST(MainWindow, AZeroIntervalFromAFileRunsAtOneMillisecond) {
     Rig r;
     r.st.platform.timer->setInterval(0);
     EXPECT_EQ(r.w->scanTimer()->interval(), 1);
+}
+
+}  // namespace kova::app
+
+namespace kova::app {
+
+TEST(MainWindow, CalibrationOpensForTheTestModule) {
+    Rig r;
+    r.action("Calibration")->trigger();
+    QWidget* w = r.opened("Calibration");
+    ASSERT_NE(w, nullptr);
+    EXPECT_EQ(w->windowTitle(), "Calibrate QRT105 Analog To Digital Convertor");
+    EXPECT_TRUE(r.prompt.messages.empty());
+}
+
+TEST(MainWindow, PrinterAddressOpensTheSetPrinterPortAddressWindow) {
+    Rig r;
+    r.action("PrinterAddress")->trigger();
+    QWidget* w = r.opened("PrinterAddress");
+    ASSERT_NE(w, nullptr);
+    EXPECT_EQ(w->windowTitle(), "Set Printer Port Address");
+}
+
+TEST(MainWindow, StartUpWithoutDefaultSufUsesTheDefaultsSilentlyAndMakesTheCalibrationFile) {
+    Rig r;
+    r.w->startUp();
+    EXPECT_TRUE(r.prompt.messages.empty());
+    EXPECT_EQ(r.st.periods, Periods{});
+    EXPECT_EQ(r.st.profile.TypeString, "TEST");
+    EXPECT_EQ(r.st.setupFileName, (r.folder / "Default.Suf").string());
+    EXPECT_TRUE(std::filesystem::exists(r.folder / "KOVA_P.CAL"));
+}
+
+TEST(MainWindow, ABadDefaultSufIsSilentAndGivesTheDefaults) {
+    Rig r;
+    test::WriteFileBytes(r.folder / "Default.Suf", "garbage");
+    r.w->startUp();
+    EXPECT_TRUE(r.prompt.messages.empty());
+    EXPECT_EQ(r.st.periods, Periods{});
+    EXPECT_EQ(r.w->windowTitle(), "KOVA - Default.Suf");
+}
+
+TEST(MainWindow, StartUpLoadsDefaultSufFromTheWorkingFolder) {
+    Rig r;
+    {
+        Station saved;
+        saved.periods = {250, kUnitMs, 2, kUnitSeconds, -1};
+        BuildIOList(saved.profile, kDaqQrtu);
+        saved.tags[1].TagName = "TANK";
+        SaveConfiguration(saved, r.folder / "Default.Suf");
+    }
+    r.w->startUp();
+    EXPECT_EQ(r.st.periods, (Periods{250, kUnitMs, 2, kUnitSeconds, -1}));
+    EXPECT_EQ(r.st.profile.TypeString, "QRTU");
+    EXPECT_EQ(r.st.tags[1].TagName, "TANK");
+    EXPECT_EQ(test::child<QLabel>(r.w.get(), "LblModule")->text(), "DAQ Type: QRTU");
+    r.w->tick();
+    EXPECT_EQ(r.w->scanTimer()->interval(), 250);
+}
+
+TEST(MainWindow, AnUnreadableCalibrationFileIsNamed) {
+    Rig r;
+    test::WriteFileBytes(r.folder / "KOVA_P.CAL", "four thousand\r\n");
+    r.w->startUp();
+    ASSERT_EQ(r.prompt.messages.size(), 1u);
+    EXPECT_NE(r.prompt.messages[0].text.find("KOVA_P.CAL"), std::string::npos);
+    EXPECT_EQ(r.st.calibration, CalibrationData{});
+}
+
+TEST(MainWindow, FileLoadThenSaveAsRoundTripsAndRetitles) {
+    Rig r;
+    r.w->startUp();
+    r.st.periods = {500, kUnitMs, 5, kUnitSeconds, 0};
+    const auto plant = r.folder / "PLANT.SUF";
+    r.prompt.fileAnswers.push_back(plant.string());
+    r.action("FileSaveAs")->trigger();
+    EXPECT_EQ(r.w->windowTitle(), "KOVA - PLANT.SUF");
+    EXPECT_EQ(std::filesystem::file_size(plant) % 128, 0u);
+    r.action("FileNew")->trigger();
+    EXPECT_EQ(r.st.periods, Periods{});
+    r.prompt.fileAnswers.push_back(plant.string());
+    r.action("FileLoad")->trigger();
+    EXPECT_EQ(r.st.periods, (Periods{500, kUnitMs, 5, kUnitSeconds, 0}));
+    EXPECT_EQ(r.w->windowTitle(), "KOVA - PLANT.SUF");
+}
+
+TEST(MainWindow, LoggingStartsWithALogFileNameAndFileExitClosesTheFile) {
+    Rig r;
+    r.w->startUp();
+    r.st.logging.LogDirectory = r.folder.path().string() + "/";
+    r.st.logging.LogFileName = (r.folder / "RUN.CSV").string();
+    r.button("CmdLog")->click();
+    EXPECT_TRUE(r.st.switches.LoggingEnabled.isOn());
+    EXPECT_TRUE(r.box("OptLog")->isChecked());
+    EXPECT_TRUE(std::filesystem::exists(r.folder / "RUN.CSV"));
+    r.action("FileExit")->trigger();
+    EXPECT_FALSE(r.w->isVisible());
+    // The file was closed: logging on again reopens it without a fault.
+    r.prompt.messages.clear();
+    r.button("CmdLog")->click();
+    r.button("CmdLog")->click();
+    EXPECT_TRUE(r.prompt.messages.empty());
+}
+
+TEST(MainWindow, PollingTheTestModuleMovesAnAnalogTag) {
+    Rig r;
+    r.w->startUp();
+    Tag& t = r.st.tags[1];
+    t.TagName = "LEVEL";
+    t.IOName = "AI-1";
+    t.Address = 1;
+    t.Kind = kAnalog;
+    t.Direction = kInput;
+    t.IONumber = 1;
+    t.RawValue1 = 0;
+    t.EngValue1 = 0;
+    t.RawValue2 = 4095;
+    t.EngValue2 = 4095;
+    ComputeScaling(t);
+    r.st.periods = {50, kUnitMs, 50, kUnitMs, 0};
+    r.button("CmdPoll")->click();
+    r.w->tick();
+    const float first = t.Value;
+    r.w->tick();
+    EXPECT_NE(t.Value, first);
+    EXPECT_GE(t.Value, 200.0f);  // AI-1 of the TEST module reads 200 upwards
 }
 
 }  // namespace kova::app
