@@ -7,8 +7,8 @@
 namespace kova::app {
 
 KovaApplication::KovaApplication(int& argc, char** argv) : QApplication(argc, argv) {
+    // No display name: it would be appended to every window's caption.
     setApplicationName("KOVA");
-    setApplicationDisplayName("KOVA");
 }
 
 bool KovaApplication::notify(QObject* receiver, QEvent* event) {

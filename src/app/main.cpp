@@ -30,10 +30,11 @@ int main(int argc, char** argv) {
         app.setErrorReport(&mainWindow->errorReport());
         mainWindow->startUp();
         mainWindow->show();
+        splash.close();
+        mainWindow->startScan();
+        // A measurement that failed is reported once the main window is up.
         if (!splash.fault().empty())
             mainWindow->errorReport().report(std::runtime_error(splash.fault()));
-        mainWindow->startScan();
-        splash.close();
     });
     splash.start();
     const int rc = app.exec();

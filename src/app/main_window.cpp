@@ -9,6 +9,7 @@
 #include <QPushButton>
 #include <QStatusBar>
 #include <QVBoxLayout>
+#include <filesystem>
 #include <iostream>
 
 #include "app/engine_link.h"
@@ -30,13 +31,21 @@ namespace {
 QPushButton* runButton(const char* name, const char* caption, QWidget* parent) {
     auto* b = new QPushButton(caption, parent);
     b->setObjectName(name);
-    b->setMinimumWidth(120);
+    b->setMinimumWidth(140);
     return b;
 }
 
-// A check box that shows a switch: only the program sets it.
+// A check box that shows a switch: only the program sets it, clicks do not reach it.
+class IndicatorBox final : public QCheckBox {
+  public:
+    using QCheckBox::QCheckBox;
+
+  protected:
+    bool hitButton(const QPoint&) const override { return false; }
+};
+
 QCheckBox* indicator(const char* name, QWidget* parent) {
-    auto* c = new QCheckBox(parent);
+    auto* c = new IndicatorBox(parent);
     c->setObjectName(name);
     c->setAttribute(Qt::WA_TransparentForMouseEvents);
     c->setFocusPolicy(Qt::NoFocus);
@@ -98,7 +107,10 @@ class WindowHelpViewer final : public HelpViewer {
 }  // namespace
 
 MainWindow::MainWindow(Station& st, Prompter* prompter, std::ostream* errors)
-    : st_(st), savedPlatform_(st.platform), report_(st.platform, errors ? *errors : std::cerr) {
+    : st_(st),
+      errors_(errors ? *errors : std::cerr),
+      savedPlatform_(st.platform),
+      report_(st.platform, errors_) {
     setObjectName("MainFrm");
     setWindowTitle(QString::fromStdString(MainWindowTitle(st_)));
 
@@ -124,6 +136,7 @@ MainWindow::MainWindow(Station& st, Prompter* prompter, std::ostream* errors)
         grid->addWidget(buttons[i], i, 0);
         grid->addWidget(boxes[i], i, 1);
     }
+    grid->setColumnStretch(2, 1);
     auto* title = new QLabel("KOVA For Parallel Port DAQs", central);
     QFont big = title->font();
     big.setPointSize(big.pointSize() + 4);
@@ -239,8 +252,9 @@ void MainWindow::startUp() {
     report_.guard([&] {
         const LoadOutcome outcome = StartUp(st_);
         // A missing or unreadable "Default.Suf" is not an error: the defaults are in use.
-        if (!outcome.ok && !outcome.error.empty())
-            std::cerr << "kova: " << outcome.error << std::endl;
+        // A bad one is noted on the error stream for whoever looks.
+        if (!outcome.ok && std::filesystem::exists(st_.setupFileName))
+            errors_ << "kova: " << outcome.error << std::endl;
         // An unreadable calibration file is named; its defaults are in use.
         if (!outcome.calibrationError.empty())
             st_.platform.prompter->message(outcome.calibrationError, kAppTitle);

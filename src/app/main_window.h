@@ -97,6 +97,7 @@ class MainWindow : public QMainWindow {
     void fileSaveAs();
 
     Station& st_;
+    std::ostream& errors_;
     Platform savedPlatform_;
     std::unique_ptr<Prompter> ownPrompter_;
     std::unique_ptr<StatusSink> status_;

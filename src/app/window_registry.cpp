@@ -27,7 +27,8 @@ QWidget* WindowRegistry::open(const QString& kind, const Factory& make) {
     if (!w) return nullptr;
     w->setAttribute(Qt::WA_DeleteOnClose);
     w->setWindowModality(Qt::NonModal);
-    w->adjustSize();
+    // A window that chose its own size keeps it; the others take their layout's size.
+    if (!w->testAttribute(Qt::WA_Resized)) w->adjustSize();
     CenterOnScreen(w);
     w->show();
     w->raise();

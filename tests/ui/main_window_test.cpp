@@ -425,6 +425,7 @@ TEST(MainWindow, ABadDefaultSufIsSilentAndGivesTheDefaults) {
     test::WriteFileBytes(r.folder / "Default.Suf", "garbage");
     r.w->startUp();
     EXPECT_TRUE(r.prompt.messages.empty());
+    EXPECT_NE(r.errors.str().find("Default.Suf"), std::string::npos);  // noted for whoever looks
     EXPECT_EQ(r.st.periods, Periods{});
     EXPECT_EQ(r.w->windowTitle(), "KOVA - Default.Suf");
 }
