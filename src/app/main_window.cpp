@@ -176,6 +176,10 @@ MainWindow::MainWindow(Station& st, Prompter* prompter, std::ostream* errors)
     st_.platform.timer = timerSeam_.get();
     st_.platform.beeper = beeper_.get();
 
+    // A scan fault's message box opens from the event loop, after its tick has returned,
+    // so the scan timer keeps firing while the box is up.
+    report_.setPost([this](std::function<void()> show) { QTimer::singleShot(0, this, show); });
+
     hiTime2_.setObjectName("HiTime2");
     hiTime2_.setTimerType(Qt::PreciseTimer);
     hiTime2_.setInterval(100);  // the first tick sets the I/O period's interval

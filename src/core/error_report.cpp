@@ -10,7 +10,7 @@ std::string FaultText(const std::exception& e) {
 }
 
 void ErrorReport::report(const std::exception& e) {
-    show(FaultText(e));
+    show(FaultText(e), false);
 }
 
 void ErrorReport::tickFailed(const std::exception& e) {
@@ -19,14 +19,20 @@ void ErrorReport::tickFailed(const std::exception& e) {
     // Remembered before the message box opens: ticks that fail the same way while it is
     // up stay quiet.
     repeating_ = text;
-    show(text);
+    show(text, true);
 }
 
-void ErrorReport::show(const std::string& what) {
+void ErrorReport::show(const std::string& what, bool fromScan) {
     ++reported_;
+    const std::string text = "Run-time error: " + what;
     log_ << "kova: run-time error: " << what << std::endl;
-    platform_.status->setStatusText("Run-time error: " + what);
-    platform_.prompter->message("Run-time error: " + what, kAppTitle);
+    platform_.status->setStatusText(text);
+    auto box = [&platform = platform_, text] { platform.prompter->message(text, kAppTitle); };
+    if (fromScan && post_) {
+        post_(box);
+    } else {
+        box();
+    }
 }
 
 }  // namespace kova

@@ -4,6 +4,7 @@
 // stream, and the program goes on. A fault that repeats on every tick is shown once and
 // not again until a tick has completed without it.
 #include <exception>
+#include <functional>
 #include <ostream>
 #include <string>
 
@@ -14,6 +15,12 @@ struct Platform;
 class ErrorReport {
   public:
     ErrorReport(Platform& platform, std::ostream& log) : platform_(platform), log_(log) {}
+
+    // How the message box of a scan fault is shown. By default at once; the program posts
+    // it to its event loop so that the tick returns first and the scan goes on while the
+    // box is up. The status bar and the error stream are written at once either way.
+    using Post = std::function<void(std::function<void()>)>;
+    void setPost(Post post) { post_ = std::move(post); }
 
     // A fault from a window, a menu command or a file: reported every time.
     void report(const std::exception& e);
@@ -50,10 +57,11 @@ class ErrorReport {
     int reportedCount() const { return reported_; }
 
   private:
-    void show(const std::string& what);
+    void show(const std::string& what, bool fromScan);
 
     Platform& platform_;
     std::ostream& log_;
+    Post post_;
     std::string repeating_;  // text of the scan fault already shown, "" when none
     int reported_ = 0;
 };

@@ -116,3 +116,31 @@ TEST(ErrorReport, ATickThatFailsWhileItsMessageIsUpStaysQuiet) {
 }
 
 }  // namespace kova
+
+namespace kova {
+
+TEST(ErrorReport, AScanFaultsBoxCanBePostedWhileTheStatusBarIsWrittenAtOnce) {
+    Rig r;
+    std::vector<std::function<void()>> posted;
+    r.report.setPost([&](std::function<void()> show) { posted.push_back(std::move(show)); });
+    r.report.guardTick(overflowTick);
+    r.report.guardTick(overflowTick);
+    EXPECT_TRUE(r.prompt.messages.empty());
+    ASSERT_EQ(r.status.texts.size(), 1u);
+    EXPECT_EQ(r.status.texts[0], "Run-time error: Overflow: SecondTicks");
+    ASSERT_EQ(posted.size(), 1u);  // the repeat was already decided against
+    posted[0]();
+    ASSERT_EQ(r.prompt.messages.size(), 1u);
+    EXPECT_EQ(r.prompt.messages[0], (test::Shown{"Run-time error: Overflow: SecondTicks", "KOVA"}));
+}
+
+TEST(ErrorReport, WindowFaultsAreShownAtOnceEvenWithAPost) {
+    Rig r;
+    int posts = 0;
+    r.report.setPost([&](std::function<void()>) { ++posts; });
+    r.report.guard(overflowTick);
+    EXPECT_EQ(posts, 0);
+    EXPECT_EQ(r.prompt.messages.size(), 1u);
+}
+
+}  // namespace kova

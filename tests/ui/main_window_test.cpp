@@ -238,6 +238,7 @@ TEST(MainWindow, AFaultInTheScanIsReportedOnceWhileItRepeats) {
     faulting();
     faulting();
     faulting();
+    QTest::qWait(20);  // the box opens from the event loop
     ASSERT_EQ(r.prompt.messages.size(), 1u);
     EXPECT_EQ(r.prompt.messages[0].title, "KOVA");
     EXPECT_NE(r.prompt.messages[0].text.find("Subscript out of range"), std::string::npos);
@@ -245,7 +246,47 @@ TEST(MainWindow, AFaultInTheScanIsReportedOnceWhileItRepeats) {
     EXPECT_NE(r.errors.str().find("Subscript out of range"), std::string::npos);
     r.w->tick();  // a tick that completes clears it
     faulting();
+    QTest::qWait(20);
     EXPECT_EQ(r.prompt.messages.size(), 2u);
+}
+
+TEST(MainWindow, TheScanGoesOnWhileAFaultsMessageIsUp) {
+    test::TempFolder folder;
+    Station st;
+    st.workingFolder = folder.path();
+    // A prompter whose message box stays up for 400 ms, running the event loop meanwhile.
+    struct SlowPrompter final : Prompter {
+        int shown = 0;
+        void message(const std::string&, const std::string&) override {
+            ++shown;
+            QTest::qWait(400);
+        }
+        bool askYesNo(const std::string&, const std::string&) override { return false; }
+        std::optional<std::string> input(const std::string&, const std::string&) override {
+            return {};
+        }
+        std::optional<std::string> chooseFile(const std::string&, const std::string&,
+                                              const std::string&, bool) override {
+            return {};
+        }
+    } slow;
+    std::ostringstream errors;
+    MainWindow w(st, &slow, &errors);
+    w.startUp();
+    st.periods = {50, kUnitMs, 1, kUnitSeconds, 0};
+    // A digital input tag on channel 17: every scan faults (the inputs are 1..16).
+    st.tags[1].TagName = "BAD";
+    st.tags[1].Kind = kDigital;
+    st.tags[1].Direction = kInput;
+    st.tags[1].Address = 1;
+    st.tags[1].IONumber = 17;
+    int ticks = 0;
+    QObject::connect(w.scanTimer(), &QTimer::timeout, [&] { ++ticks; });
+    w.startScan();
+    QTest::qWait(700);
+    w.scanTimer()->stop();
+    EXPECT_EQ(slow.shown, 1);
+    EXPECT_GE(ticks, 8);  // about 14 ticks of 50 ms, most of them while the box was up
 }
 
 TEST(MainWindow, PeriodsOpensOnceAndASecondClickBringsItToTheFront) {
