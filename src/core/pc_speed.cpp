@@ -40,7 +40,8 @@ PcSpeedResult MeasurePcSpeed(const Clock& clock, const LoopRunner& loop) {
         took = elapsed(t0, secondsNow(clock));
     } while (took < 0.1 && n < 100000000000LL);
     if (took <= 0) took = 0.1;
-    const auto rounds = static_cast<long long>(toInt32(static_cast<double>(n) * 2 / took));
+    // About two seconds of rounds; a fast PC may need more than 32 bits to count them.
+    const auto rounds = static_cast<long long>(roundHalfEven(static_cast<double>(n) * 2 / took));
     const float t0 = secondsNow(clock);
     loop(rounds);
     double t = elapsed(t0, secondsNow(clock));

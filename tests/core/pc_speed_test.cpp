@@ -41,3 +41,12 @@ TEST(PcSpeed, SlowPcGetsTheMinimumDelay) {
 }
 
 }  // namespace kova
+
+namespace kova {
+TEST(PcSpeed, AFastPcNeedsMoreThan32BitsOfRoundsAndStillMeasures) {
+    SimulatedPc pc{.speed = 2.0e9};
+    const PcSpeedResult r = MeasurePcSpeed(pc.clock, [&](long long n) { pc.run(n); });
+    EXPECT_NEAR(r.PcSpeed, 2.0e9, 2.0e7);
+    EXPECT_EQ(r.Delay, 12003);  // rounded(4000 + 1) x 3
+}
+}  // namespace kova
