@@ -250,25 +250,46 @@ void DecodeAssignmentList(const std::string& code, std::vector<CompiledAssignmen
     }
 }
 
-std::int16_t EvaluateCompiledIf(const Station& st, const CompiledExpression& expr) {
-    if (expr.alwaysTrue) return 1;
-    if (!expr.wellFormed) return -1;
-    std::array<Operand, kMaxCodeTokens> stack;
-    std::size_t n = 0;
-    bool error = false;
+namespace {
+using OperandStack = std::array<Operand, kMaxCodeTokens>;
+
+// Runs a postfix list: operands are pushed, and each operator replaces the two entries
+// before it by its result. apply(item, left, right, result) returns false to stop; so does
+// an operator without two operands.
+template <typename Apply>
+bool reducePostfix(const CompiledExpression& expr, OperandStack& stack, std::size_t& n,
+                   Apply apply) {
     for (const CodeItem& item : expr.items) {
         if (item.op == CodeOp::Number) {
             stack[n++] = {item.number, nullptr};
         } else if (item.op == CodeOp::TagRef) {
             stack[n++] = {0, &item};
         } else {
-            if (n < 2) return -1;
+            if (n < 2) return false;
             const Operand b = stack[--n];
-            const double av = readOperand(st, stack[n - 1], error);
-            const double bv = readOperand(st, b, error);
-            stack[n - 1] = {compare(item.op, av, bv), nullptr};
+            double r = 0;
+            if (!apply(item, stack[n - 1], b, r)) return false;
+            stack[n - 1] = {r, nullptr};
         }
     }
+    return true;
+}
+}  // namespace
+
+std::int16_t EvaluateCompiledIf(const Station& st, const CompiledExpression& expr) {
+    if (expr.alwaysTrue) return 1;
+    if (!expr.wellFormed) return -1;
+    OperandStack stack;
+    std::size_t n = 0;
+    bool error = false;  // a missing tag: the reduction goes on, the result is -2
+    const bool reduced = reducePostfix(
+        expr, stack, n, [&](const CodeItem& item, const Operand& a, const Operand& b, double& r) {
+            const double av = readOperand(st, a, error);
+            const double bv = readOperand(st, b, error);
+            r = compare(item.op, av, bv);
+            return true;
+        });
+    if (!reduced) return -1;
     if (error) return -2;
     if (n != 1 || stack[0].ref != nullptr) return -1;  // a bare tag is not a truth value
     const double v = stack[0].value;
@@ -280,27 +301,17 @@ std::int16_t EvaluateCompiledIf(const Station& st, const CompiledExpression& exp
 std::int16_t ExecuteCompiledAssignment(Station& st, const CompiledAssignment& assignment) {
     const CompiledExpression& expr = assignment.expr;
     if (!expr.wellFormed) return -1;
-    std::array<Operand, kMaxCodeTokens> stack;
+    OperandStack stack;
     std::size_t n = 0;
     bool error = false;
-    for (const CodeItem& item : expr.items) {
-        if (item.op == CodeOp::Number) {
-            stack[n++] = {item.number, nullptr};
-        } else if (item.op == CodeOp::TagRef) {
-            stack[n++] = {0, &item};
-        } else {
-            if (n < 2) return -1;
-            const Operand b = stack[--n];
+    const bool reduced = reducePostfix(
+        expr, stack, n, [&](const CodeItem& item, const Operand& a, const Operand& b, double& r) {
             // A function uses only its right operand; the left one is the compiler's dummy "1".
-            const double av = isFunction(item.op) ? 0 : readOperand(st, stack[n - 1], error);
+            const double av = isFunction(item.op) ? 0 : readOperand(st, a, error);
             const double bv = readOperand(st, b, error);
-            if (error) return -1;
-            double r = 0;
-            if (!arithmetic(item.op, av, bv, r)) return -1;
-            stack[n - 1] = {r, nullptr};
-        }
-    }
-    if (n != 1) return -1;
+            return !error && arithmetic(item.op, av, bv, r);
+        });
+    if (!reduced || n != 1) return -1;
     const double v = readOperand(st, stack[0], error);
     if (error) return -1;
     return setTagValueByName(st, assignment.targetName, v) == 1 ? 1 : -1;
