@@ -1,0 +1,152 @@
+#include "displays/forms/chart_view.h"
+
+#include <QCategoryAxis>
+#include <QChart>
+#include <QLineSeries>
+#include <QValueAxis>
+#include <algorithm>
+#include <limits>
+
+namespace kova {
+
+namespace {
+
+// Four pens that stay apart on screen and on a grey-scale print.
+const QColor kPenColours[] = {QColor(0, 90, 200), QColor(210, 40, 30), QColor(20, 140, 40),
+                              QColor(150, 60, 170)};
+
+}  // namespace
+
+ChartView::ChartView(QWidget* parent) : QChartView(parent) {
+    setObjectName("DynaPlot1");
+    setAccessibleName("Chart");
+    setRenderHint(QPainter::Antialiasing);
+    setMinimumSize(320, 200);
+    auto* c = new QChart;
+    c->legend()->setAlignment(Qt::AlignBottom);
+    c->setMargins(QMargins(4, 4, 4, 4));
+    xAxis_ = new QValueAxis(c);
+    yAxis_ = new QValueAxis(c);
+    xLabels_ = new QCategoryAxis(c);
+    xLabels_->setLabelsPosition(QCategoryAxis::AxisLabelsPositionOnValue);
+    xLabels_->setStartValue(0);
+    xLabels_->setVisible(false);
+    xAxis_->setLabelFormat("%g");
+    yAxis_->setLabelFormat("%g");
+    c->addAxis(xAxis_, Qt::AlignBottom);
+    c->addAxis(xLabels_, Qt::AlignBottom);
+    c->addAxis(yAxis_, Qt::AlignLeft);
+    setChart(c);
+}
+
+int ChartView::curveCount() const {
+    return static_cast<int>(curves_.size());
+}
+
+QLineSeries* ChartView::series(int index) const {
+    if (index < 0 || index >= curveCount()) return nullptr;
+    return curves_[index];
+}
+
+void ChartView::setPoints(QLineSeries* s, std::span<const float> y, double xIncrement) {
+    QList<QPointF> points;
+    points.reserve(static_cast<qsizetype>(y.size()));
+    for (std::size_t k = 0; k < y.size(); ++k)
+        points.append(QPointF(static_cast<double>(k) * xIncrement, static_cast<double>(y[k])));
+    // Replacing the whole list redraws once; clear() + append() would redraw per point.
+    s->replace(points);
+}
+
+void ChartView::addCurve(const std::string& name, std::span<const float> y, double xIncrement) {
+    auto* s = new QLineSeries(chart());
+    s->setName(QString::fromStdString(name));
+    QPen pen(kPenColours[curves_.size() % 4]);
+    pen.setWidthF(1.5);
+    s->setPen(pen);
+    setPoints(s, y, xIncrement);
+    chart()->addSeries(s);
+    s->attachAxis(xAxis_);
+    s->attachAxis(yAxis_);
+    curves_.push_back(s);
+    fitX();
+}
+
+void ChartView::replaceCurve(int index, std::span<const float> y, double xIncrement) {
+    QLineSeries* s = series(index);
+    if (!s) return;
+    setPoints(s, y, xIncrement);
+    fitX();
+}
+
+void ChartView::setCurveLegend(int index, const std::string& text) {
+    if (QLineSeries* s = series(index)) s->setName(QString::fromStdString(text));
+}
+
+void ChartView::fitX() {
+    double last = 0;
+    for (QLineSeries* s : curves_)
+        if (s->count() > 0) last = std::max(last, s->at(s->count() - 1).x());
+    if (last <= 0) last = 1;
+    xAxis_->setRange(0, last);
+    xLabels_->setRange(0, last);
+}
+
+void ChartView::autoScaleY() {
+    double lo = std::numeric_limits<double>::infinity();
+    double hi = -lo;
+    for (QLineSeries* s : curves_) {
+        for (const QPointF& p : s->points()) {
+            lo = std::min(lo, p.y());
+            hi = std::max(hi, p.y());
+        }
+    }
+    if (!(lo <= hi)) {
+        lo = 0;
+        hi = 1;
+    }
+    // A flat curve still gets a band to sit in.
+    const double pad = hi > lo ? (hi - lo) * 0.05 : std::max(1.0, std::abs(hi) * 0.05);
+    yAxis_->setRange(lo - pad, hi + pad);
+}
+
+void ChartView::setYLimits(double minimum, double maximum) {
+    yAxis_->setRange(minimum, maximum);
+}
+
+int ChartView::xLabelCount() const {
+    return static_cast<int>(labels_.size());
+}
+
+void ChartView::removeXLabel(int index) {
+    if (index < 0 || index >= xLabelCount()) return;
+    labels_.erase(labels_.begin() + index);
+    rebuildXLabels();
+}
+
+void ChartView::addXLabel(double x, const std::string& text) {
+    labels_.push_back({x, QString::fromStdString(text)});
+    rebuildXLabels();
+}
+
+void ChartView::rebuildXLabels() {
+    for (const QString& l : xLabels_->categoriesLabels()) xLabels_->remove(l);
+    // The category axis drops a label that repeats another or does not move right; keep
+    // every label by making repeats unique with zero-width spaces, in X order.
+    std::vector<Label> sorted = labels_;
+    std::stable_sort(sorted.begin(), sorted.end(),
+                     [](const Label& a, const Label& b) { return a.x < b.x; });
+    double lastX = -std::numeric_limits<double>::infinity();
+    int n = 0;
+    for (const Label& l : sorted) {
+        if (!(l.x > lastX)) continue;
+        QString text = l.text.isEmpty() ? QStringLiteral(" ") : l.text;
+        text += QString(n++, QChar(0x200B));
+        xLabels_->append(text, l.x);
+        lastX = l.x;
+    }
+    const bool labelled = !labels_.empty();
+    xLabels_->setVisible(labelled);
+    xAxis_->setLabelsVisible(!labelled);
+}
+
+}  // namespace kova

@@ -1,0 +1,52 @@
+#pragma once
+// The charting control on Qt Charts: the chart widget the trend and history windows show,
+// driven through the engine's ChartPlot seam.
+#include <QChartView>
+#include <vector>
+
+#include "platform/chart_plot.h"
+
+class QCategoryAxis;
+class QLineSeries;
+class QValueAxis;
+
+namespace kova {
+
+class ChartView final : public QChartView, public ChartPlot {
+    Q_OBJECT
+  public:
+    explicit ChartView(QWidget* parent = nullptr);
+
+    int curveCount() const override;
+    void addCurve(const std::string& name, std::span<const float> y, double xIncrement) override;
+    void replaceCurve(int index, std::span<const float> y, double xIncrement) override;
+    void setCurveLegend(int index, const std::string& text) override;
+    void autoScaleY() override;
+    void setYLimits(double minimum, double maximum) override;
+    int xLabelCount() const override;
+    void removeXLabel(int index) override;
+    void addXLabel(double x, const std::string& text) override;
+
+    // For tests and screenshots: the series and axes as Qt holds them.
+    QLineSeries* series(int index) const;
+    QValueAxis* yAxis() const { return yAxis_; }
+    QValueAxis* xAxis() const { return xAxis_; }
+    QCategoryAxis* xLabelAxis() const { return xLabels_; }
+
+  private:
+    struct Label {
+        double x;
+        QString text;
+    };
+    void setPoints(QLineSeries* s, std::span<const float> y, double xIncrement);
+    void fitX();
+    void rebuildXLabels();
+
+    std::vector<QLineSeries*> curves_;
+    QValueAxis* xAxis_;
+    QValueAxis* yAxis_;
+    QCategoryAxis* xLabels_;
+    std::vector<Label> labels_;
+};
+
+}  // namespace kova
