@@ -46,8 +46,7 @@ bool OperatorWriteDigital(Station& st, int tagNumber, bool ticked) {
     if (!writable(t)) return false;
     t.Value = ticked ? 1.0f : 0.0f;
     if (t.Direction == kOutput) {
-        if (t.IONumber < 1 || t.IONumber > 16)
-            throwBounds("digital output bit", t.IONumber, 1, 16);
+        if (t.IONumber < 1 || t.IONumber > 16) throwBounds("digital output bit", t.IONumber, 1, 16);
         const unsigned mask = 1u << (t.IONumber - 1);
         std::uint16_t& image = st.daq.DigitalOutputImage;
         if (ticked)

@@ -80,7 +80,8 @@ void DrawScreen(Station& st, ReadingsViewForm& form) {
     form.Caption = "Screen " + std::to_string(form.Screen) + "     " + h.Title;
     form.VOptLog = LoggingActive(st);
     form.TxtScreen = h.Title;
-    for (int line = 1; line <= 2 * kScreenRows; ++line) st.screens.Lines(form.Screen, line).Editing = 0;
+    for (int line = 1; line <= 2 * kScreenRows; ++line)
+        st.screens.Lines(form.Screen, line).Editing = 0;
     for (int row = 0; row < kScreenRows; ++row) {
         ReadingsAnalogRow& a = form.Analog[static_cast<std::size_t>(row)];
         const ScreenLine& line = analogLine(st, form, row);
@@ -102,7 +103,8 @@ void DrawScreen(Station& st, ReadingsViewForm& form) {
 void RefreshScreen(Station& st, ReadingsViewForm& form) {
     for (int row = 0; row < kScreenRows; ++row) {
         const ScreenLine& line = analogLine(st, form, row);
-        if (line.Editing == 0) showAnalogValue(st, line, form.Analog[static_cast<std::size_t>(row)]);
+        if (line.Editing == 0)
+            showAnalogValue(st, line, form.Analog[static_cast<std::size_t>(row)]);
         showDigitalState(st, form, row);
     }
 }
@@ -124,6 +126,10 @@ void PrevReadingsScreen(Station& st, ReadingsViewForm& form) {
 void JumpReadingsScreen(Station& st, ReadingsViewForm& form) {
     const std::int16_t target = st.screens.Headers[form.Screen].JumpTo;
     if (target >= 1 && target <= kScreens) showScreen(st, form, target);
+}
+
+bool AnalogRowEditing(const Station& st, const ReadingsViewForm& form, int row) {
+    return st.screens.Lines(form.Screen, row + 1).Editing != 0;
 }
 
 void AnalogValueFocused(Station& st, const ReadingsViewForm& form, int row) {

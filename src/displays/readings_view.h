@@ -61,6 +61,10 @@ void NextReadingsScreen(Station& st, ReadingsViewForm& form);
 void PrevReadingsScreen(Station& st, ReadingsViewForm& form);
 void JumpReadingsScreen(Station& st, ReadingsViewForm& form);
 
+// True while the operator is typing in analog row (0..9)'s value box: the refresh leaves
+// the box as it is.
+bool AnalogRowEditing(const Station& st, const ReadingsViewForm& form, int row);
+
 // The cursor entered analog row (0..9)'s value box: the refresh leaves it alone.
 void AnalogValueFocused(Station& st, const ReadingsViewForm& form, int row);
 // The cursor left it with this text. An output or variable takes the number (an output

@@ -187,7 +187,7 @@ TEST(OperatorWrites, OnAQrtuTheDigitalAndAnalogOutputsAreLatchedOnTheNextTick) {
     SimulatedModule m(kDaqQrtu);
     ReadingsViewForm f = OpenReadingsView(m.r.st);
     AnalogValueFocused(m.r.st, f, 1);
-    AnalogValueLeft(m.r.st, f, 1, "5");  // 200 counts, inside the QRTU's 0..255
+    AnalogValueLeft(m.r.st, f, 1, "5");     // 200 counts, inside the QRTU's 0..255
     DigitalBoxChanged(m.r.st, f, 1, true);  // PUMP, DO-1
     DigitalBoxChanged(m.r.st, f, 2, true);  // HEATER, DO-3
     EXPECT_EQ(m.sim->latchedDigitalOutputs(), 0);
