@@ -192,7 +192,7 @@ TEST(ReadingsSetupWindow, TheRowsPickerButtonOpensTheAnalogTagPickerAndFillsThat
 
 TEST(ReadingsSetupWindow, F2InAnAnalogDropDownOpensThePickerForThatRow) {
     Rig g;
-    QTest::keyClick(g.an(7)->lineEdit(), Qt::Key_F2);
+    QTest::keyClick(g.an(7), Qt::Key_F2);
     AnalogTagWindow* picker = g.w->picker();
     ASSERT_NE(picker, nullptr);
     picker->choose(test::child<QComboBox>(picker, "CboTagNo")->findText("VALVE"));

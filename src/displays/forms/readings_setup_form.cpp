@@ -120,6 +120,7 @@ ReadingsSetupWindow::ReadingsSetupWindow(Station& st, ErrorReport& report, QWidg
         grid->addWidget(lblAn_[k], i + 2, 2);
         grid->addWidget(cboDigTag_[k], i + 2, 4);
         grid->addWidget(lblDig_[k], i + 2, 5);
+        cboAnTag_[k]->installEventFilter(this);
         cboAnTag_[k]->lineEdit()->installEventFilter(this);
         connect(cmdPick_[k], &QToolButton::clicked, this, [this, i] { pickForRow(i); });
     }
@@ -231,9 +232,15 @@ void ReadingsSetupWindow::pickForRow(int row) {
         picker_->setAttribute(Qt::WA_DeleteOnClose);
         connect(picker_, &AnalogTagWindow::tagPicked, this, [this](const QString& name) {
             read();
+            const int row = form_.PickerRow;
             TakePickedTag(form_, name.toStdString());
             for (std::size_t k = 0; k < kScreenRows; ++k)
                 cboAnTag_[k]->setEditText(qs(form_.CboAnTag[k]));
+            // The keyboard goes back to the row that asked.
+            if (row >= 0) {
+                activateWindow();
+                cboAnTag_[static_cast<std::size_t>(row)]->setFocus();
+            }
         });
         picker_->adjustSize();
         app::CenterOnScreen(picker_);
@@ -246,7 +253,8 @@ void ReadingsSetupWindow::pickForRow(int row) {
 bool ReadingsSetupWindow::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_F2) {
         for (int i = 0; i < kScreenRows; ++i)
-            if (watched == cboAnTag_[static_cast<std::size_t>(i)]->lineEdit()) {
+            if (watched == cboAnTag_[static_cast<std::size_t>(i)] ||
+                watched == cboAnTag_[static_cast<std::size_t>(i)]->lineEdit()) {
                 pickForRow(i);
                 return true;
             }
