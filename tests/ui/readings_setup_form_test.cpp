@@ -232,3 +232,17 @@ TEST(ReadingsSetupWindow, TheKeyboardAloneMovesThroughTheScreens) {
 }
 
 }  // namespace kova
+
+namespace kova {
+
+TEST(ReadingsSetupWindow, ATypedPrefixIsNotCompletedToAnotherTag) {
+    Rig g;
+    g.an(8)->lineEdit()->clear();
+    QTest::keyClicks(g.an(8)->lineEdit(), "VAL");
+    EXPECT_EQ(g.an(8)->currentText(), "VAL");
+    g.click("CmdNext");
+    ASSERT_EQ(g.r.prompt.messages.size(), 1u);
+    EXPECT_EQ(g.r.prompt.messages[0].text, "Error VAL is not in Variable Database");
+}
+
+}  // namespace kova

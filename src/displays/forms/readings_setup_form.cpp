@@ -37,6 +37,8 @@ QComboBox* tagCombo(const QString& name, const QString& accessible, QWidget* par
     c->setObjectName(name);
     c->setEditable(true);
     c->setInsertPolicy(QComboBox::NoInsert);
+    // No inline completion: "TEMP" typed must not quietly become "TEMPERATURE".
+    c->setCompleter(nullptr);
     c->setMaxVisibleItems(16);
     c->setMinimumWidth(120);
     c->setAccessibleName(accessible);

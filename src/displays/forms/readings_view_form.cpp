@@ -29,6 +29,10 @@ QLineEdit* shownBox(const QString& name, int width, QWidget* parent) {
     return e;
 }
 
+void setName(QWidget* w, const QString& name) {
+    if (w->accessibleName() != name) w->setAccessibleName(name);
+}
+
 void setText(QLineEdit* e, const std::string& text) {
     const QString t = qs(text);
     if (e->text() != t) e->setText(t);
@@ -156,9 +160,9 @@ void ReadingsViewWindow::showRows() {
         setText(txtUnits_[k], a.TxtUnits);
         // Each box is named after the label beside it.
         const QString label = a.TxtLabel.empty() ? "Analog " + n : qs(a.TxtLabel);
-        txtLabel_[k]->setAccessibleName("Analog label " + n);
-        txtAn_[k]->setAccessibleName(label);
-        txtUnits_[k]->setAccessibleName(label + " units");
+        setName(txtLabel_[k], "Analog label " + n);
+        setName(txtAn_[k], label);
+        setName(txtUnits_[k], label + " units");
 
         const ReadingsDigitalRow& d = form_.Digital[k];
         const QString dip = qs(d.LblDIP);
@@ -166,8 +170,8 @@ void ReadingsViewWindow::showRows() {
         setText(txtDig_[k], d.TxtDig);
         chkDig_[k]->setChecked(d.ChkDig);
         const QString dlabel = d.LblDIP.empty() ? "Digital " + n : dip;
-        txtDig_[k]->setAccessibleName(dlabel + " state");
-        chkDig_[k]->setAccessibleName(dlabel);
+        setName(txtDig_[k], dlabel + " state");
+        setName(chkDig_[k], dlabel);
     }
 }
 
