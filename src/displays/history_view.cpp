@@ -35,19 +35,19 @@ bool HistoryView::isFileBeingLogged(const std::string& name) const {
     return std::filesystem::equivalent(fsPath(name), fsPath(logging), ec) && !ec;
 }
 
-void HistoryView::selectFile() {
+bool HistoryView::selectFile() {
     const std::string proposed =
         !fileName_.empty() ? fileName_ : NativeLogPath(st_.logging.LogDirectory);
     const auto chosen = st_.platform.prompter->chooseFile(kHistoryDialogTitle, kHistoryDialogFilter,
                                                           proposed, false);
-    if (!chosen || chosen->empty()) return;
-    openFile(*chosen);
+    if (!chosen || chosen->empty()) return false;
+    return openFile(*chosen);
 }
 
-void HistoryView::openFile(const std::string& name) {
+bool HistoryView::openFile(const std::string& name) {
     if (st_.switches.LoggingEnabled.isOn() && isFileBeingLogged(name)) {
         st_.platform.prompter->message(kCannotViewLoggingFile + name, kAppTitle);
-        return;
+        return false;
     }
     HistoryFile header;
     const std::string problem = header.open(name);
@@ -59,6 +59,7 @@ void HistoryView::openFile(const std::string& name) {
     fileName_ = name;
     // The file of an earlier selection is done with; a step needs a new selection.
     file_.close();
+    return true;
 }
 
 void HistoryView::openForReading(const std::string& name) {

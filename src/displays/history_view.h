@@ -38,12 +38,12 @@ class HistoryView {
     HistoryView(Station& st, ChartPlot& chart);
 
     // "&Select File": the file dialog, then openFile with the chosen name (nothing happens
-    // when the dialog is cancelled).
-    void selectFile();
+    // when the dialog is cancelled). True when a file's columns were read.
+    bool selectFile();
     // A chosen file: refused with a message when it is the file being logged; otherwise
     // its header gives the column list. Faults (File) naming the file when it cannot be
-    // read; nothing changes then.
-    void openFile(const std::string& name);
+    // read; nothing changes then. True when the columns were read.
+    bool openFile(const std::string& name);
 
     // The items selected in the column list (indexes from 0, any order). Each becomes the
     // next pen, from the top; then the file's first block is charted. More than four
