@@ -4,8 +4,11 @@
 
 #include <QAction>
 #include <QCategoryAxis>
+#include <QChart>
 #include <QGroupBox>
 #include <QLabel>
+#include <QLegend>
+#include <QLegendMarker>
 #include <QLineSeries>
 #include <QListWidget>
 #include <QPushButton>
@@ -100,6 +103,17 @@ TEST(HistoryWindow, CaptionsAndNamesAreThoseOfTheWindow) {
         EXPECT_NE(r.label(QString("Lbl1_%1").arg(p).toLatin1().constData()), nullptr);
     EXPECT_NE(r.label("LblFile"), nullptr);
     EXPECT_NE(test::child<ChartView>(r.w.get(), "DynaPlot1"), nullptr);
+}
+
+TEST(HistoryWindow, LongColumnNamesDoNotWidenTheWindow) {
+    Rig r;
+    const QSize before = r.w->minimumSizeHint();
+    r.choose(r.path("LONG.CSV", "LOG PERIOD," + std::string(400, 'W') + "\r\n1, 2 \r\n"));
+    r.toggle(1);
+    EXPECT_EQ(r.label("Lbl1_1")->text().size(), 400);
+    EXPECT_EQ(r.w->minimumSizeHint().width(), before.width());
+    EXPECT_LE(before.width(), 800);
+    EXPECT_LE(before.height(), 600);
 }
 
 TEST(HistoryWindow, OpensWithPeriodChosen) {
@@ -208,8 +222,13 @@ TEST(HistoryWindow, SelectingColumnsFromTheKeyboardChartsThemOnPens) {
     EXPECT_EQ(r.curve(0)->name(), "A");
     EXPECT_EQ(r.axisLabels(), (QStringList{"1.000", "26.000", "51.000", "76.000", "101.000",
                                            "126.000", "151.000", "176.000"}));
-    // A pen's label wears its curve's colour.
+    // A pen's label wears its curve's colour; unused pens stay out of the legend.
     EXPECT_EQ(r.label("Lbl1_2")->palette().color(QPalette::WindowText), r.curve(1)->pen().color());
+    QApplication::processEvents();  // the legend lays its markers out
+    auto* legend = r.w->chart()->chart()->legend();
+    EXPECT_TRUE(legend->markers(r.curve(1)).at(0)->isVisible());
+    EXPECT_FALSE(legend->markers(r.curve(2)).at(0)->isVisible());
+    EXPECT_FALSE(legend->markers(r.curve(3)).at(0)->isVisible());
 }
 
 TEST(HistoryWindow, AFifthColumnIsNotSelected) {

@@ -1,10 +1,14 @@
 #include "displays/forms/history_form.h"
 
+#include <QCategoryAxis>
+#include <QChart>
 #include <QCloseEvent>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QLegend>
+#include <QLegendMarker>
 #include <QLineSeries>
 #include <QListWidget>
 #include <QPushButton>
@@ -46,7 +50,6 @@ HistoryWindow::HistoryWindow(Station& st, ErrorReport& report, PrintWindow print
     list1_ = new QListWidget(this);
     list1_->setObjectName("List1");
     list1_->setSelectionMode(QAbstractItemView::MultiSelection);
-    list1_->setMinimumWidth(170);
     columnsCaption->setBuddy(list1_);
     list1_->setAccessibleName("Columns");
 
@@ -57,7 +60,8 @@ HistoryWindow::HistoryWindow(Station& st, ErrorReport& report, PrintWindow print
         penLabels_[p] = new QLabel(pens);
         penLabels_[p]->setObjectName(QString("Lbl1_%1").arg(p + 1));
         penLabels_[p]->setAccessibleName(QString("Pen %1").arg(p + 1));
-        penLabels_[p]->setMinimumWidth(120);
+        // A long label is cut at the panel's edge rather than widening it.
+        penLabels_[p]->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
         penGrid->addWidget(caption, p, 0);
         penGrid->addWidget(penLabels_[p], p, 1);
     }
@@ -76,6 +80,9 @@ HistoryWindow::HistoryWindow(Station& st, ErrorReport& report, PrintWindow print
     chart_ = new ChartView(this);
     chart_->setFocusPolicy(Qt::NoFocus);
     chart_->setMinimumSize(420, 300);
+    // Times of day are long: slanted and never cut short, every label is read in full.
+    chart_->xLabelAxis()->setLabelsAngle(-30);
+    chart_->xLabelAxis()->setTruncateLabels(false);
     model_ = std::make_unique<HistoryView>(st_, *chart_);
 
     cmdUp_ = button("CmdUp", kHistoryForwardCaption, this);
@@ -91,8 +98,12 @@ HistoryWindow::HistoryWindow(Station& st, ErrorReport& report, PrintWindow print
     side->addWidget(list1_, 1);
     side->addWidget(pens);
     side->addWidget(axis);
+    auto* sidePanel = new QWidget(this);
+    sidePanel->setLayout(side);
+    side->setContentsMargins(0, 0, 0, 0);
+    sidePanel->setFixedWidth(230);
     auto* middle = new QHBoxLayout;
-    middle->addLayout(side);
+    middle->addWidget(sidePanel);
     middle->addWidget(chart_, 1);
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(cmdUp_);
@@ -164,12 +175,17 @@ void HistoryWindow::listSelectionChanged() {
 
 void HistoryWindow::showPens() {
     for (int p = 0; p < kHistoryPens; ++p) {
-        penLabels_[p]->setText(q(model_->penLabels()[p]));
-        // The label takes its curve's colour, so each name is matched to its line.
+        const QString text = q(model_->penLabels()[p]);
+        penLabels_[p]->setText(text);
+        penLabels_[p]->setToolTip(text);
+        // The label takes its curve's colour, so each name is matched to its line; an unused
+        // pen keeps its flat line but stays out of the legend.
         if (QLineSeries* s = chart_->series(p)) {
             QPalette pal = penLabels_[p]->palette();
             pal.setColor(QPalette::WindowText, s->pen().color());
             penLabels_[p]->setPalette(pal);
+            for (QLegendMarker* m : chart_->chart()->legend()->markers(s))
+                m->setVisible(!text.isEmpty());
         }
     }
 }
