@@ -95,7 +95,7 @@ class HistoryFile {
     bool fill();
     bool seekTo(std::uint64_t offset, std::int64_t row);
     void noteBlockStart();
-    // Reads one line; with keep false only moves past it.
+    // Reads one line into *line, or only moves past it when line is null.
     bool nextLine(std::string* line);
 
     std::FILE* file_ = nullptr;
