@@ -24,6 +24,7 @@
 #include "daq/forms/printer_port_form.h"
 #include "displays/forms/readings_setup_form.h"
 #include "displays/forms/readings_view_form.h"
+#include "displays/forms/history_form.h"
 #include "tags/forms/daq_type_form.h"
 
 namespace kova::app {
@@ -409,8 +410,9 @@ QWidget* MainWindow::createWindow(WindowKind kind) {
             notAvailable("Alarms");
             return nullptr;
         case WindowKind::History:
-            notAvailable("History");
-            return nullptr;
+            return new HistoryWindow(
+                st_, report_,
+                [this](QWidget* w) { return printer_->printWidget(w, kHistoryCaption); }, this);
         case WindowKind::PrinterAddress:
             return new PrinterPortWindow(st_, report_, this);
     }

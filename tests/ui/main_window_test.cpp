@@ -349,7 +349,7 @@ TEST(MainWindow, ItemsWhoseWindowsAreStillToComeStayEnabledAndSaySo) {
     Rig r;
     for (const char* name :
          {"SetUpTags", "SetUpTrends", "Parameters", "StartStop", "Alarms", "Control", "MinMax",
-          "ViewTrends", "AlarmView", "History"}) {
+          "ViewTrends", "AlarmView"}) {
         QAction* a = r.action(name);
         ASSERT_NE(a, nullptr);
         EXPECT_TRUE(a->isEnabled()) << name;
