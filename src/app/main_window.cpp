@@ -22,6 +22,9 @@
 #include "daq/calibration_model.h"
 #include "daq/forms/calibration_form.h"
 #include "daq/forms/printer_port_form.h"
+#include "logging/forms/set_logging_form.h"
+#include "logging/forms/start_log_form.h"
+#include "logging/log_status.h"
 #include "tags/forms/daq_type_form.h"
 
 namespace kova::app {
@@ -158,6 +161,12 @@ MainWindow::MainWindow(Station& st, Prompter* prompter, std::ostream* errors)
     statusPanel_ = new QLabel(this);
     statusPanel_->setObjectName("StatusBar1");
     statusBar()->addWidget(statusPanel_, 1);
+    // Logging's own field, apart from the one alarms and errors write to: the file being
+    // written and the records written, so a user sees at a glance that logging is alive.
+    logPanel_ = new QLabel(this);
+    logPanel_->setObjectName("LogStatus");
+    logPanel_->setAccessibleName("Logging status");
+    statusBar()->addPermanentWidget(logPanel_);
 
     buildMenus();
 
@@ -289,6 +298,8 @@ void MainWindow::mirror() {
     optControl_->setChecked(boxes_.OptControl);
     const QString module = "DAQ Type: " + QString::fromStdString(st_.profile.TypeString);
     if (moduleLabel_->text() != module) moduleLabel_->setText(module);
+    const QString logging = QString::fromStdString(LoggingStatusText(st_));
+    if (logPanel_->text() != logging) logPanel_->setText(logging);
 }
 
 void MainWindow::refreshTitle() {
@@ -383,11 +394,12 @@ QWidget* MainWindow::createWindow(WindowKind kind) {
             notAvailable("Trend Set Up");
             return nullptr;
         case WindowKind::LogParameters:
-            notAvailable("Logging Parameters");
-            return nullptr;
-        case WindowKind::LogStartStop:
-            notAvailable("Logging Start/Stop");
-            return nullptr;
+            return new SetLoggingWindow(st_, report_, this);
+        case WindowKind::LogStartStop: {
+            auto* w = new StartLogWindow(st_, report_, this);
+            connect(w, &StartLogWindow::loggingSwitched, this, &MainWindow::mirror);
+            return w;
+        }
         case WindowKind::AlarmSetup:
             notAvailable("Alarm Set Up");
             return nullptr;
