@@ -299,7 +299,10 @@ void MainWindow::mirror() {
     const QString module = "DAQ Type: " + QString::fromStdString(st_.profile.TypeString);
     if (moduleLabel_->text() != module) moduleLabel_->setText(module);
     const QString logging = QString::fromStdString(LoggingStatusText(st_));
-    if (logPanel_->text() != logging) logPanel_->setText(logging);
+    if (logPanel_->text() != logging) {
+        logPanel_->setText(logging);
+        logPanel_->setToolTip(QString::fromStdString(LoggingStatusText(st_, true)));
+    }
 }
 
 void MainWindow::refreshTitle() {

@@ -7,10 +7,12 @@
 
 namespace kova {
 
-// "Logging to FILE: N records" while records are written; "... waiting for start condition"
-// while a tag-value or clock-time condition holds logging back; "Logging finished: N records
-// written to FILE" after a sample count ran out; "Logging stopped: FILE cannot be written:
-// REASON" after the file failed; otherwise "Logging off".
-std::string LoggingStatusText(const Station& st);
+// "Logging: N records to FILE" while records are written; "Logging: waiting for start
+// condition, N records to FILE" while a tag-value or clock-time condition holds logging
+// back; "Logging finished: N records to FILE" after a sample count ran out; "Logging
+// stopped: FILE cannot be written: REASON" after the file failed; otherwise "Logging off".
+// The count comes first so that a narrow status bar cuts the file name, not the count.
+// FILE is the bare file name, or the whole path when fullPath is set.
+std::string LoggingStatusText(const Station& st, bool fullPath = false);
 
 }  // namespace kova

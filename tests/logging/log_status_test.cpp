@@ -56,12 +56,21 @@ TEST(LoggingStatus, CountsTheRecordsAsTheyAreWritten) {
     Status s;
     ASSERT_TRUE(ToggleLogging(s.st));
     // Counting samples has no start condition: the count shows from the start.
-    EXPECT_EQ(s.text(), "Logging to " + s.file() + ": 0 records");
+    EXPECT_EQ(s.text(), "Logging: 0 records to S.CSV");
     s.scans(1);
-    EXPECT_EQ(s.text(), "Logging to " + s.file() + ": 1 record");
+    EXPECT_EQ(s.text(), "Logging: 1 record to S.CSV");
     s.scans(2);
-    EXPECT_EQ(s.text(), "Logging to " + s.file() + ": 3 records");
+    EXPECT_EQ(s.text(), "Logging: 3 records to S.CSV");
+    EXPECT_EQ(LoggingStatusText(s.st, true), "Logging: 3 records to " + s.file());
     EXPECT_EQ(s.lines(), 4);  // the header and the three records counted
+}
+
+TEST(LoggingStatus, AWindowsPathShowsItsBareFileName) {
+    Status s;
+    s.st.logging.LogFileName = "C:\\LOG\\PLANT.CSV";
+    s.st.switches.LoggingEnabled = Variant::integer(1);  // as loaded: opened at the next record
+    EXPECT_EQ(s.text(), "Logging: 0 records to PLANT.CSV");
+    EXPECT_EQ(LoggingStatusText(s.st, true), "Logging: 0 records to C:\\LOG\\PLANT.CSV");
 }
 
 TEST(LoggingStatus, WaitingForTheStartConditionSaysSo) {
@@ -70,15 +79,14 @@ TEST(LoggingStatus, WaitingForTheStartConditionSaysSo) {
     ASSERT_TRUE(ToggleLogging(s.st));
     s.scans(2);  // 20 is not below 10
     EXPECT_EQ(s.st.logRun.LogState, 0);
-    EXPECT_EQ(s.text(), "Logging to " + s.file() + ": waiting for start condition");
+    EXPECT_EQ(s.text(), "Logging: waiting for start condition, 0 records to S.CSV");
     s.st.tag(1).Value = 9.9f;
     s.scans(3);
-    EXPECT_EQ(s.text(), "Logging to " + s.file() + ": 3 records");
+    EXPECT_EQ(s.text(), "Logging: 3 records to S.CSV");
     s.st.tag(1).Value = 50.1f;
     s.scans(1);
     EXPECT_EQ(s.st.logRun.LogState, 0);
-    EXPECT_EQ(s.text(),
-              "Logging to " + s.file() + ": waiting for start condition (3 records so far)");
+    EXPECT_EQ(s.text(), "Logging: waiting for start condition, 3 records to S.CSV");
 }
 
 TEST(LoggingStatus, ASampleCountThatRanOutSaysHowManyRecordsWereWrittenWhere) {
@@ -88,10 +96,11 @@ TEST(LoggingStatus, ASampleCountThatRanOutSaysHowManyRecordsWereWrittenWhere) {
     s.scans(9);
     EXPECT_FALSE(s.st.switches.LoggingEnabled.isOn());
     EXPECT_EQ(s.lines(), 6);
-    EXPECT_EQ(s.text(), "Logging finished: 5 records written to " + s.file());
+    EXPECT_EQ(s.text(), "Logging finished: 5 records to S.CSV");
+    EXPECT_EQ(LoggingStatusText(s.st, true), "Logging finished: 5 records to " + s.file());
     // The user starting again: the old ending is no longer shown.
     ASSERT_TRUE(ToggleLogging(s.st));
-    EXPECT_EQ(s.text(), "Logging to " + s.file() + ": 0 records");
+    EXPECT_EQ(s.text(), "Logging: 0 records to S.CSV");
     ToggleLogging(s.st);
     EXPECT_EQ(s.text(), "Logging off");
 }
@@ -100,9 +109,10 @@ TEST(LoggingStatus, AFileThatCannotBeOpenedIsNamedWithTheReason) {
     Status s;
     s.st.logging.LogFileName = s.path("gone") + "/S.CSV";
     EXPECT_THROW(ToggleLogging(s.st), Fault);
-    EXPECT_EQ(s.text(), "Logging stopped: " + s.path("gone") +
-                            "/S.CSV cannot be opened: No such file or "
-                            "directory");
+    EXPECT_EQ(s.text(), "Logging stopped: S.CSV cannot be opened: No such file or directory");
+    EXPECT_EQ(LoggingStatusText(s.st, true),
+              "Logging stopped: " + s.path("gone") +
+                  "/S.CSV cannot be opened: No such file or directory");
 }
 
 TEST(LoggingStatus, AFullDiskIsNamedWithTheReason) {
@@ -112,13 +122,17 @@ TEST(LoggingStatus, AFullDiskIsNamedWithTheReason) {
     s.st.logging.OverwriteFile = 0;
     ASSERT_TRUE(ToggleLogging(s.st));
     EXPECT_THROW(s.scans(1), Fault);
-    EXPECT_EQ(s.text(), "Logging stopped: /dev/full cannot be written: No space left on device");
+    const std::string told =
+        "Logging stopped: /dev/full cannot be written: No space left on device";
+    EXPECT_EQ(LoggingStatusText(s.st, true), told);
+    EXPECT_EQ(s.text(), "Logging stopped: full cannot be written: No space left on device");
     s.scans(3);  // logging is off: no second report
-    EXPECT_EQ(s.text(), "Logging stopped: /dev/full cannot be written: No space left on device");
+    EXPECT_EQ(LoggingStatusText(s.st, true), told);
 }
 
-// The file stops growing part-way (a full disk, a quota): the records already written stay
-// in the file, whole, and logging is switched off with the reason.
+// The file stops growing part-way through a record (a full disk, a quota): the records
+// already written stay in the file, the broken one does not, and logging is switched off
+// with the reason.
 TEST(LoggingStatus, RecordsWrittenBeforeAWriteFailureAreKept) {
     Status s;
     ASSERT_TRUE(ToggleLogging(s.st));
@@ -130,7 +144,7 @@ TEST(LoggingStatus, RecordsWrittenBeforeAWriteFailureAreKept) {
     ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &old), 0);
     const auto previousHandler = std::signal(SIGXFSZ, SIG_IGN);
     struct rlimit limit = old;
-    limit.rlim_cur = before.size();  // not one byte more
+    limit.rlim_cur = before.size() + 4;  // room for half of the next record only
     ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
     std::string what;
     try {
@@ -146,7 +160,7 @@ TEST(LoggingStatus, RecordsWrittenBeforeAWriteFailureAreKept) {
     EXPECT_FALSE(s.st.switches.LoggingEnabled.isOn());
     EXPECT_FALSE(LogFileIsOpen(s.st));
     EXPECT_EQ(ReadFileBytes(s.folder / "S.CSV"), before);
-    EXPECT_EQ(s.text(), "Logging stopped: " + s.file() + " cannot be written: File too large");
+    EXPECT_EQ(s.text(), "Logging stopped: S.CSV cannot be written: File too large");
     s.scans(2);
     EXPECT_EQ(ReadFileBytes(s.folder / "S.CSV"), before);
 }

@@ -52,6 +52,7 @@ struct Rig {
     QAction* action(const char* name) { return test::child<QAction>(w.get(), name); }
     QCheckBox* optLog() { return test::child<QCheckBox>(w.get(), "OptLog"); }
     QString logField() { return test::child<QLabel>(w.get(), "LogStatus")->text(); }
+    QString logTip() { return test::child<QLabel>(w.get(), "LogStatus")->toolTip(); }
     QWidget* open(const char* item, const char* kind) {
         action(item)->trigger();
         return w->windows().find(kind);
@@ -124,7 +125,8 @@ TEST(LoggingWindows, TheLogDataBoxAndTheFieldFollowTheStartStopWindowAtOnce) {
     r.in<QPushButton>(w, "Exit")->click();
     // No tick has run: the window told the main window.
     EXPECT_TRUE(r.optLog()->isChecked());
-    EXPECT_EQ(r.logField().toStdString(), "Logging to " + file + ": 0 records");
+    EXPECT_EQ(r.logField(), "Logging: 0 records to RUN.CSV");
+    EXPECT_EQ(r.logTip().toStdString(), "Logging: 0 records to " + file);
 
     w = r.open("StartStop", "LogStartStop");
     EXPECT_TRUE(r.in<QCheckBox>(w, "ChkLogging")->isChecked());
@@ -155,19 +157,20 @@ TEST(LoggingWindows, TheFieldCountsRecordsAndSaysWhenItWaitsForTheStartCondition
     r.ticks(2);
     EXPECT_TRUE(r.optLog()->isChecked());
     EXPECT_FALSE(LoggingActive(r.st));  // what a "Logging Data" box shows
-    EXPECT_EQ(r.logField().toStdString(), "Logging to " + file + ": waiting for start condition");
+    EXPECT_EQ(r.logField(), "Logging: waiting for start condition, 0 records to RUN.CSV");
     r.st.tag(1).Value = 9.9f;
     r.ticks(1);
     EXPECT_TRUE(LoggingActive(r.st));
-    EXPECT_EQ(r.logField().toStdString(), "Logging to " + file + ": 1 record");
+    EXPECT_EQ(r.logField(), "Logging: 1 record to RUN.CSV");
     r.ticks(3);
-    EXPECT_EQ(r.logField().toStdString(), "Logging to " + file + ": 4 records");
+    EXPECT_EQ(r.logField(), "Logging: 4 records to RUN.CSV");
     r.st.tag(1).Value = 50.1f;
     r.ticks(1);
     EXPECT_FALSE(LoggingActive(r.st));
     EXPECT_TRUE(r.optLog()->isChecked());
-    EXPECT_EQ(r.logField().toStdString(),
-              "Logging to " + file + ": waiting for start condition (4 records so far)");
+    EXPECT_EQ(r.logField(), "Logging: waiting for start condition, 4 records to RUN.CSV");
+    EXPECT_EQ(r.logTip().toStdString(),
+              "Logging: waiting for start condition, 4 records to " + file);
 }
 
 TEST(LoggingWindows, AFileThatCannotBeWrittenIsToldOnceAndLoggingGoesOff) {
@@ -187,8 +190,7 @@ TEST(LoggingWindows, AFileThatCannotBeWrittenIsToldOnceAndLoggingGoesOff) {
     EXPECT_NE(text.find("No space left on device"), std::string::npos) << text;
     EXPECT_FALSE(r.st.switches.LoggingEnabled.isOn());
     EXPECT_FALSE(r.optLog()->isChecked());
-    EXPECT_EQ(r.logField(),
-              "Logging stopped: /dev/full cannot be written: No space left on device");
+    EXPECT_EQ(r.logTip(), "Logging stopped: /dev/full cannot be written: No space left on device");
     EXPECT_TRUE(r.w->statusText().contains("No space left on device"));
 }
 
@@ -201,7 +203,8 @@ TEST(LoggingWindows, AFolderThatIsGoneWhenLoggingStartsIsToldWithTheFileName) {
     ASSERT_EQ(r.prompt.messages.size(), 1u);
     EXPECT_NE(r.prompt.messages[0].text.find(file), std::string::npos);
     EXPECT_FALSE(r.optLog()->isChecked());
-    EXPECT_EQ(r.logField().toStdString(),
+    EXPECT_EQ(r.logField(), "Logging stopped: RUN.CSV cannot be opened: No such file or directory");
+    EXPECT_EQ(r.logTip().toStdString(),
               "Logging stopped: " + file + " cannot be opened: No such file or directory");
 }
 
@@ -252,11 +255,11 @@ TEST(LoggingWindows, AConfigurationSetInTheWindowsSavedAndLoadedLogsWhatItSays) 
     r.st.tag(1).Value = 12.5f;
     test::child<QPushButton>(r.w.get(), "CmdLog")->click();
     r.ticks(3);
-    EXPECT_EQ(r.logField().toStdString(), "Logging to " + logFile + ": 3 records");
+    EXPECT_EQ(r.logField(), "Logging: 3 records to PLANT.CSV");
     r.ticks(9);
     EXPECT_FALSE(r.st.switches.LoggingEnabled.isOn());
     EXPECT_FALSE(r.optLog()->isChecked());
-    EXPECT_EQ(r.logField().toStdString(), "Logging finished: 5 records written to " + logFile);
+    EXPECT_EQ(r.logField(), "Logging finished: 5 records to PLANT.CSV");
 
     const std::string text = test::ReadFileBytes(logFile);
     EXPECT_EQ(lineCount(text), 6) << text;
