@@ -6,8 +6,10 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QMenuBar>
+#include <QPainter>
 #include <QPushButton>
 #include <QStatusBar>
+#include <QStyle>
 #include <QVBoxLayout>
 #include <filesystem>
 #include <iostream>
@@ -54,6 +56,25 @@ QCheckBox* indicator(const char* name, QWidget* parent) {
     c->setFocusPolicy(Qt::NoFocus);
     return c;
 }
+
+// A status-bar field that gives way to the field beside it: when the bar is narrow it
+// shortens its text with "..." instead of cutting it off (the whole text stays its own).
+class GivingLabel final : public QLabel {
+  public:
+    using QLabel::QLabel;
+    QSize minimumSizeHint() const override {
+        return {fontMetrics().averageCharWidth() * 12, QLabel::minimumSizeHint().height()};
+    }
+
+  protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        const QRect area = contentsRect();
+        const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, area.width());
+        style()->drawItemText(&painter, area, static_cast<int>(alignment()), palette(), isEnabled(),
+                              shown, foregroundRole());
+    }
+};
 
 const char* windowName(WindowKind kind) {
     switch (kind) {
@@ -163,7 +184,7 @@ MainWindow::MainWindow(Station& st, Prompter* prompter, std::ostream* errors)
     statusBar()->addWidget(statusPanel_, 1);
     // Logging's own field, apart from the one alarms and errors write to: the file being
     // written and the records written, so a user sees at a glance that logging is alive.
-    logPanel_ = new QLabel(this);
+    logPanel_ = new GivingLabel(this);
     logPanel_->setObjectName("LogStatus");
     logPanel_->setAccessibleName("Logging status");
     statusBar()->addPermanentWidget(logPanel_);

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <QAction>
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
@@ -113,6 +114,23 @@ TEST(LoggingWindows, TheLoggingFieldIsPermanentAndApartFromTheAlarmField) {
     // A message in the status bar's own area hides neither.
     r.w->statusBar()->showMessage("passing note");
     EXPECT_TRUE(field->isVisibleTo(r.w.get()));
+}
+
+TEST(LoggingWindows, ANarrowStatusBarShortensTheLoggingFieldAndLeavesTheAlarmWhole) {
+    test::TempFolder folder;
+    Rig r(folder);
+    r.st.logging.LogFileName = (folder / "A LOG FILE WITH A VERY LONG NAME INDEED.CSV").string();
+    test::child<QPushButton>(r.w.get(), "CmdLog")->click();
+    const QString alarm = "ALARM 11-23-2026 00:06:34 Oven too cold";
+    r.st.platform.status->setStatusText(alarm.toStdString());
+    r.w->resize(440, 300);
+    r.w->show();
+    QApplication::processEvents();
+    auto* field = test::child<QLabel>(r.w.get(), "LogStatus");
+    auto* alarmField = test::child<QLabel>(r.w.get(), "StatusBar1");
+    EXPECT_LT(field->width(), field->fontMetrics().horizontalAdvance(field->text()));
+    EXPECT_GE(alarmField->width(), alarmField->fontMetrics().horizontalAdvance(alarm));
+    EXPECT_TRUE(field->text().startsWith("Logging: 0 records to A LOG FILE"));  // kept whole
 }
 
 TEST(LoggingWindows, TheLogDataBoxAndTheFieldFollowTheStartStopWindowAtOnce) {

@@ -6,7 +6,7 @@
 #include <QString>
 #include <QWidget>
 
-namespace kova {
+namespace kova::logform {
 
 inline QLabel* LabelFor(const QString& caption, QWidget* box, QWidget* parent) {
     auto* label = new QLabel(caption, parent);
@@ -18,4 +18,4 @@ inline QLabel* LabelFor(const QString& caption, QWidget* box, QWidget* parent) {
     return label;
 }
 
-}  // namespace kova
+}  // namespace kova::logform

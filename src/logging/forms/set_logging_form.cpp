@@ -13,6 +13,8 @@
 namespace kova {
 
 namespace {
+using logform::LabelFor;
+
 template <typename T>
 T* named(T* w, const char* name) {
     w->setObjectName(name);
