@@ -22,6 +22,7 @@
 #include "daq/calibration_model.h"
 #include "daq/forms/calibration_form.h"
 #include "daq/forms/printer_port_form.h"
+#include "daq/port_messages.h"
 #include "tags/forms/daq_type_form.h"
 
 namespace kova::app {
@@ -279,6 +280,9 @@ void MainWindow::tick() {
         statusPanel_->setText(QString::fromStdString(problem));
         st_.platform.prompter->message(problem, kAppTitle);
     }
+    // A module that stopped answering is told once in the status bar; the scan goes on.
+    const std::string silence = ModuleSilenceToTell(st_);
+    if (!silence.empty()) statusPanel_->setText(QString::fromStdString(silence));
 }
 
 void MainWindow::mirror() {
