@@ -30,6 +30,7 @@
 #include "logging/forms/set_logging_form.h"
 #include "logging/forms/start_log_form.h"
 #include "logging/log_status.h"
+#include "daq/port_messages.h"
 #include "tags/forms/daq_type_form.h"
 
 namespace kova::app {
@@ -312,6 +313,9 @@ void MainWindow::tick() {
         statusPanel_->setText(QString::fromStdString(problem));
         st_.platform.prompter->message(problem, kAppTitle);
     }
+    // A module that stopped answering is told once in the status bar; the scan goes on.
+    const std::string silence = ModuleSilenceToTell(st_);
+    if (!silence.empty()) statusPanel_->setText(QString::fromStdString(silence));
 }
 
 void MainWindow::mirror() {
