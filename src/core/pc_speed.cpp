@@ -53,9 +53,7 @@ PcSpeedResult MeasurePcSpeed(const Clock& clock, const LoopRunner& loop) {
 }
 
 std::string SpeedText(const PcSpeedResult& r) {
-    char buf[96];
-    std::snprintf(buf, sizeof buf, "PC SPEED=%.2f  Delay=%d", r.PcSpeed, static_cast<int>(r.Delay));
-    return buf;
+    return "PC SPEED=" + fixedText(r.PcSpeed, 2) + "  Delay=" + std::to_string(r.Delay);
 }
 
 }  // namespace kova

@@ -84,7 +84,10 @@ TEST(CliDump, NeedsExactlyOneFile) {
              {"dump"}, {"dump", "a.SUF", "b.SUF"}, {"dump", "--pretty"}}) {
         const CliResult r = RunCli(args);
         EXPECT_EQ(r.exitCode, 2);
-        EXPECT_EQ(r.err, "kova-cli: dump: expected one setup file: kova-cli dump FILE.SUF\n");
+        EXPECT_TRUE(OneLine(r.err)) << r.err;
+        EXPECT_EQ(r.err.rfind("kova-cli: dump: ", 0), 0u) << r.err;
+        EXPECT_NE(r.err.find("(kova-cli dump --help)\n"), std::string::npos) << r.err;
+        EXPECT_EQ(r.out, "");
     }
 }
 
@@ -378,7 +381,9 @@ TEST(CliBuild, NeedsAnInputAndAnOutput) {
                                                {"build", "a.json", "b.json", "-o", "x.SUF"}}) {
         const CliResult r = RunCli(args);
         EXPECT_EQ(r.exitCode, 2);
-        EXPECT_EQ(r.err, "kova-cli: build: usage: kova-cli build FILE.json -o FILE.SUF\n");
+        EXPECT_TRUE(OneLine(r.err)) << r.err;
+        EXPECT_EQ(r.err.rfind("kova-cli: build: ", 0), 0u) << r.err;
+        EXPECT_NE(r.err.find("(kova-cli build --help)\n"), std::string::npos) << r.err;
     }
     const CliResult r =
         RunCli({"build", (dir / "none.json").string(), "-o", (dir / "x.SUF").string()});
@@ -429,7 +434,9 @@ TEST(CliCheck, UnreadableFileIsAnErrorWithExitCode2) {
     EXPECT_EQ(r.out, "");
     const CliResult noArgs = RunCli({"check"});
     EXPECT_EQ(noArgs.exitCode, 2);
-    EXPECT_EQ(noArgs.err, "kova-cli: check: expected one setup file: kova-cli check FILE.SUF\n");
+    EXPECT_TRUE(OneLine(noArgs.err)) << noArgs.err;
+    EXPECT_EQ(noArgs.err.rfind("kova-cli: check: ", 0), 0u) << noArgs.err;
+    EXPECT_NE(noArgs.err.find("FILE.SUF"), std::string::npos) << noArgs.err;
 }
 
 TEST(CliCheck, ReportsControlLinesThatDoNotCompile) {
