@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <memory>
 
+#include "cli_check_tags.h"
 #include "cli_output.h"
 #include "commands.h"
 #include "control/line_check.h"
@@ -135,6 +136,11 @@ void CheckSetupWindowValues(const SetupUnderCheck& file, Problems& problems) {
                            " is not a printer port (LPT 1 and up)");
 }
 
+// Named tags the tag editor would not accept as they stand.
+void CheckTags(const SetupUnderCheck& file, Problems& problems) {
+    for (auto& p : CheckTagRecords(*file.station)) problems.push_back(std::move(p));
+}
+
 // Every stored control line compiles as the editor would check it.
 void CheckControlLines(const SetupUnderCheck& file, Problems& problems) {
     for (auto& p : CheckControlTable(*file.station)) problems.push_back(std::move(p));
@@ -151,6 +157,7 @@ constexpr Checker kCheckers[] = {
     {"records", CheckRecordsRead, false},
     {"values", CheckValues, true},
     {"set-up windows", CheckSetupWindowValues, true},
+    {"tags", CheckTags, true},
     {"control lines", CheckControlLines, true},
 };
 

@@ -25,9 +25,13 @@ void AddRunOptions(CLI::App& run, RunOptions& o) {
            "Write tag values, extremes, outputs and scan time as JSON at the end")
         ->type_name("OUT.json");
     run.add_option_function<std::string>(
-           "--port", [&o](const std::string&) { o.simPort = true; },
+           "--port",
+           [&o](const std::string& v) {
+               if (v != "sim")
+                   throw CLI::ValidationError("--port", "takes \"sim\", not \"" + v + "\"");
+               o.simPort = true;
+           },
            "sim: the module's simulator on a simulated port instead of the real port")
-        ->check(CLI::IsMember({"sim"}))
         ->type_name("sim");
 }
 

@@ -39,13 +39,13 @@ int Fail(const std::string& message) {
 int main(int argc, char** argv) {
     using namespace kova::cli;
     CLI::App app("kova-cli: inspect, build, check and run KOVA setup files", "kova-cli");
-    app.footer(kUsage);
     app.require_subcommand(1);
     CommandRun run;
     AddDumpCommand(app, run);
     AddBuildCommand(app, run);
     AddCheckCommand(app, run);
     AddRunCommand(app, run);
+    app.footer(kUsage);  // after the commands, which would inherit it
 
     if (argc < 2) return Fail("no command given (kova-cli --help lists them)");
     const std::string name = argv[1];
@@ -53,6 +53,8 @@ int main(int argc, char** argv) {
         std::printf("%s", app.help().c_str());
         return 0;
     }
+    if (!name.empty() && name[0] == '-' && name != "-h" && name != "--help")
+        return Fail("unknown option " + name + " (kova-cli --help lists the commands)");
     if (name.empty() || (name[0] != '-' && !isCommand(app, name)))
         return Fail("unknown command \"" + name + "\" (kova-cli --help lists the commands)");
     try {
@@ -63,7 +65,6 @@ int main(int argc, char** argv) {
         // "kova-cli: <command>: <what is wrong> (kova-cli <command> --help)"
         std::string what = e.what();
         if (what.empty()) what = "cannot read the command line";
-        if (name[0] == '-') return Fail(what + " (kova-cli --help lists the commands)");
         return Fail(name + ": " + what + " (kova-cli " + name + " --help)");
     }
     try {
