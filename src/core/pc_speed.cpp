@@ -61,10 +61,8 @@ PcSpeedResult MeasurePcSpeed(const Clock& clock, const LoopRunner& loop) {
 }
 
 std::string SpeedText(const PcSpeedResult& r) {
-    char buf[96];
-    std::snprintf(buf, sizeof buf, "PC SPEED=%.2f  Delay=%d%s", r.PcSpeed,
-                  static_cast<int>(r.Delay), r.Capped ? " (capped)" : "");
-    return buf;
+    return "PC SPEED=" + fixedText(r.PcSpeed, 2) + "  Delay=" + std::to_string(r.Delay) +
+           (r.Capped ? " (capped)" : "");
 }
 
 std::string CapNote(const PcSpeedResult& r) {

@@ -9,6 +9,7 @@
 
 #include <filesystem>
 #else
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #endif
@@ -75,7 +76,17 @@ std::string LogFile::open(const std::string& path, bool truncate) {
         std::u8string(reinterpret_cast<const char8_t*>(path.data()), path.size()));
     std::FILE* f = _wfopen(native.c_str(), truncate ? L"wb" : L"ab");
 #else
-    std::FILE* f = std::fopen(NativeLogPath(path).c_str(), truncate ? "wb" : "ab");
+    // Opened without waiting, so a FIFO that nobody reads is an error rather than a hang.
+    const int flags = O_WRONLY | O_CREAT | O_NONBLOCK | (truncate ? O_TRUNC : O_APPEND);
+    const int fd = ::open(NativeLogPath(path).c_str(), flags, 0666);
+    if (fd < 0) return reasonOf(errno);
+    ::fcntl(fd, F_SETFL, ::fcntl(fd, F_GETFL) & ~O_NONBLOCK);
+    std::FILE* f = ::fdopen(fd, truncate ? "wb" : "ab");
+    if (f == nullptr) {
+        const int err = errno;
+        ::close(fd);
+        return reasonOf(err);
+    }
 #endif
     if (f == nullptr) return reasonOf(errno);
     // Unbuffered: every record goes to the operating system in one write, and nothing of a

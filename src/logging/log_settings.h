@@ -50,6 +50,7 @@ struct LogRunState {
     std::int16_t LogState = 0;  // 1 while records are written, 0 while waiting to start
     LogFile File;               // the one log channel, open between start and stop of logging
     LogStop LastStop;           // cleared whenever the user switches logging on or off
+    std::string RecordLine;     // kept between records so that writing one needs no heap
 };
 
 }  // namespace kova
