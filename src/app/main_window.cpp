@@ -23,6 +23,7 @@
 #include "daq/forms/calibration_form.h"
 #include "daq/forms/printer_port_form.h"
 #include "tags/forms/daq_type_form.h"
+#include "tags/forms/tag_editor_form.h"
 
 namespace kova::app {
 
@@ -374,8 +375,7 @@ QWidget* MainWindow::createWindow(WindowKind kind) {
         case WindowKind::Help:
             return new HelpWindow(this);
         case WindowKind::Tags:
-            notAvailable("Tag Configuration");
-            return nullptr;
+            return new TagEditorWindow(st_, report_, *printer_, this);
         case WindowKind::Screens:
             notAvailable("Screen Set Up");
             return nullptr;
