@@ -101,12 +101,15 @@ TagEditorWindow::TagEditorWindow(Station& st, ErrorReport& report, Printer& prin
     points->addWidget(txtEngValue2_, 1, 3);
     points->setColumnMinimumWidth(1, 110);
     points->setColumnStretch(4, 1);
+    // Units and the log box under the frame, lined up with the boxes above it.
     auto* unitsRow = new QHBoxLayout;
-    unitsRow->addWidget(labelFor("Units", txtUnits_, this));
     unitsRow->addWidget(txtUnits_);
     unitsRow->addSpacing(24);
     unitsRow->addWidget(chkLog_);
     unitsRow->addStretch();
+    fields->addWidget(scaling, 5, 0, 1, 3);
+    fields->addWidget(labelFor("Units", txtUnits_, this), 6, 0);
+    fields->addLayout(unitsRow, 6, 1, 1, 2);
 
     auto* cmdPrev = button("ComPrev", "&Previous", this);
     auto* cmdNext = button("ComNext", "&Next", this);
@@ -121,8 +124,6 @@ TagEditorWindow::TagEditorWindow(Station& st, ErrorReport& report, Printer& prin
 
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(fields);
-    layout->addWidget(scaling);
-    layout->addLayout(unitsRow);
     layout->addSpacing(6);
     layout->addLayout(buttons);
     setMinimumWidth(560);
