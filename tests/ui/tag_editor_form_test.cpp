@@ -280,6 +280,27 @@ TEST(TagEditorWindow, ChoosingADigitalNameSwitchesTheScalingBoxes) {
     EXPECT_EQ(r.st.tags[1].IONumber, 2);
 }
 
+TEST(TagEditorWindow, ANameTypedInFullIsChosenWhenTheBoxIsLeft) {
+    Rig r;
+    r.st.tags[1].EngText1 = "SHUT";
+    r.st.tags[1].EngText2 = "OPEN";
+    QApplication::setActiveWindow(r.w.get());
+    ASSERT_TRUE(QTest::qWaitForWindowActive(r.w.get()));
+    r.type("TxtTagName", "valve");
+    r.ioName()->setFocus();
+    r.ioName()->lineEdit()->selectAll();
+    QTest::keyClicks(r.ioName()->lineEdit(), "DO-3");
+    QTest::keyClick(r.ioName()->lineEdit(), Qt::Key_Tab);
+    EXPECT_EQ(r.box("TxtRawValue1")->text(), "0");
+    EXPECT_EQ(r.box("TxtRawValue2")->text(), "1");
+    EXPECT_EQ(r.box("TxtEngValue1")->text(), "SHUT");
+    EXPECT_EQ(r.box("TxtEngValue2")->text(), "OPEN");
+    r.button("ComNext")->click();
+    EXPECT_TRUE(r.prompt.messages.empty());
+    EXPECT_EQ(r.st.tags[1].IOName, "DO-3");
+    EXPECT_EQ(r.st.tags[1].EngText2, "OPEN");
+}
+
 TEST(TagEditorWindow, ATypedIONameNotInTheListIsRefused) {
     Rig r(kDaqQrt115);
     r.type("TxtTagName", "X");
