@@ -10,6 +10,7 @@ packages=(
   nlohmann-json3-dev libcli11-dev
   clang libclang-rt-14-dev
   xvfb xauth xdotool imagemagick
+  poppler-utils
   python3
 )
 

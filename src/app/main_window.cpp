@@ -32,6 +32,7 @@
 #include "logging/log_status.h"
 #include "daq/port_messages.h"
 #include "tags/forms/daq_type_form.h"
+#include "tags/forms/tag_editor_form.h"
 
 namespace kova::app {
 
@@ -416,8 +417,7 @@ QWidget* MainWindow::createWindow(WindowKind kind) {
         case WindowKind::Help:
             return new HelpWindow(this);
         case WindowKind::Tags:
-            notAvailable("Tag Configuration");
-            return nullptr;
+            return new TagEditorWindow(st_, report_, *printer_, this);
         case WindowKind::Screens:
             return new ReadingsSetupWindow(st_, report_, this);
         case WindowKind::TrendSetup:

@@ -58,6 +58,7 @@ struct Station {
     LogSettings logging;
     LogRunState logRun;
     ScanState scan;
+    std::int16_t tagPlaceHolders = 0;  // numbers the AVAR place-holders deleting a tag leaves
 
     std::string setupFileName;            // the setup file in use
     std::filesystem::path workingFolder;  // where "Default.Suf" and "KOVA_P.CAL" live

@@ -381,7 +381,7 @@ TEST(MainWindow, CalibrationWithAModuleWithoutAnalogInputsShowsTheMessageAndOpen
 TEST(MainWindow, ItemsWhoseWindowsAreStillToComeStayEnabledAndSaySo) {
     Rig r;
     for (const char* name :
-         {"SetUpTags", "SetUpTrends", "Alarms", "Control", "MinMax", "ViewTrends", "AlarmView"}) {
+         {"SetUpTrends", "Alarms", "Control", "MinMax", "ViewTrends", "AlarmView"}) {
         QAction* a = r.action(name);
         ASSERT_NE(a, nullptr);
         EXPECT_TRUE(a->isEnabled()) << name;
