@@ -18,6 +18,7 @@
 #include "app/qt_printer.h"
 #include "app/qt_prompter.h"
 #include "app/qt_seams.h"
+#include "control/forms/control_form.h"
 #include "core/forms/periods_form.h"
 #include "daq/calibration_model.h"
 #include "daq/forms/calibration_form.h"
@@ -391,9 +392,11 @@ QWidget* MainWindow::createWindow(WindowKind kind) {
         case WindowKind::AlarmSetup:
             notAvailable("Alarm Set Up");
             return nullptr;
-        case WindowKind::ControlLanguage:
-            notAvailable("Control Language");
-            return nullptr;
+        case WindowKind::ControlLanguage: {
+            auto* w = new ControlWindow(st_, report_, this);
+            connect(w, &ControlWindow::controlsStored, this, &MainWindow::mirror);
+            return w;
+        }
         case WindowKind::Calibration:
             return new CalibrationWindow(st_, report_, this);
         case WindowKind::Readings:

@@ -349,7 +349,7 @@ TEST(MainWindow, ItemsWhoseWindowsAreStillToComeStayEnabledAndSaySo) {
     Rig r;
     for (const char* name :
          {"SetUpTags", "SetUpScreens", "SetUpTrends", "Parameters", "StartStop", "Alarms",
-          "Control", "ViewReadings", "MinMax", "ViewTrends", "AlarmView", "History"}) {
+          "ViewReadings", "MinMax", "ViewTrends", "AlarmView", "History"}) {
         QAction* a = r.action(name);
         ASSERT_NE(a, nullptr);
         EXPECT_TRUE(a->isEnabled()) << name;
@@ -357,6 +357,23 @@ TEST(MainWindow, ItemsWhoseWindowsAreStillToComeStayEnabledAndSaySo) {
         EXPECT_TRUE(r.w->statusText().endsWith("is not part of this version yet")) << name;
     }
     EXPECT_TRUE(r.prompt.messages.empty());
+}
+
+TEST(MainWindow, TheControlBoxFollowsTheControlWindowAtOnce) {
+    Rig r;
+    r.w->startUp();
+    r.st.switches.ControlsEnabled = 1;
+    r.button("CmdControl")->click();  // off
+    r.button("CmdControl")->click();  // on again
+    ASSERT_TRUE(r.box("OptControl")->isChecked());
+    r.action("Control")->trigger();
+    QWidget* w = r.opened("ControlLanguage");
+    ASSERT_NE(w, nullptr);
+    EXPECT_EQ(w->windowTitle(), "Control Language");
+    test::child<QCheckBox>(w, "ChkEnableControl")->setChecked(false);
+    test::child<QPushButton>(w, "CmdExit")->click();
+    EXPECT_EQ(r.st.switches.ControlsEnabled, 0);
+    EXPECT_FALSE(r.box("OptControl")->isChecked());  // without waiting for a tick
 }
 
 TEST(MainWindow, HelpOpensTheHelpDocumentAtItsIntroduction) {
