@@ -12,6 +12,8 @@
 #include <filesystem>
 #include <iostream>
 
+#include "alarms/forms/alarm_list_form.h"
+#include "alarms/forms/alarm_setup_form.h"
 #include "app/engine_link.h"
 #include "app/file_commands.h"
 #include "app/help_window.h"
@@ -23,6 +25,7 @@
 #include "daq/calibration_model.h"
 #include "daq/forms/calibration_form.h"
 #include "daq/forms/printer_port_form.h"
+#include "displays/forms/min_max_form.h"
 #include "tags/forms/daq_type_form.h"
 
 namespace kova::app {
@@ -389,9 +392,11 @@ QWidget* MainWindow::createWindow(WindowKind kind) {
         case WindowKind::LogStartStop:
             notAvailable("Logging Start/Stop");
             return nullptr;
-        case WindowKind::AlarmSetup:
-            notAvailable("Alarm Set Up");
-            return nullptr;
+        case WindowKind::AlarmSetup: {
+            auto* w = new AlarmSetupWindow(st_, report_, this);
+            connect(w, &AlarmSetupWindow::alarmsStored, this, &MainWindow::mirror);
+            return w;
+        }
         case WindowKind::ControlLanguage: {
             auto* w = new ControlWindow(st_, report_, this);
             connect(w, &ControlWindow::controlsStored, this, &MainWindow::mirror);
@@ -403,14 +408,12 @@ QWidget* MainWindow::createWindow(WindowKind kind) {
             notAvailable("Readings");
             return nullptr;
         case WindowKind::MinMax:
-            notAvailable("Min Max Readings");
-            return nullptr;
+            return new MinMaxWindow(st_, report_, this);
         case WindowKind::Trends:
             notAvailable("Trends");
             return nullptr;
         case WindowKind::AlarmList:
-            notAvailable("Alarms");
-            return nullptr;
+            return new AlarmListWindow(st_, report_, *printer_, this);
         case WindowKind::History:
             notAvailable("History");
             return nullptr;

@@ -120,10 +120,13 @@ open_and_close "Set Printer Port Address" 12-printer-port alt+p a
 open_and_close "DAQ Type" 13-daq-type alt+p d
 open_and_close "KOVA Help" 14-help alt+h
 open_and_close "Control Language" 40-control alt+s c
+open_and_close "Alarm Set Up" 41-alarm-setup alt+s a Return
+open_and_close "Alarms" 42-alarm-list alt+v a
+open_and_close "Maximum And Minimum Readings" 43-min-max alt+v m
 
 # Items whose windows are still to come: the program answers in the status bar and stays up.
-for seq in "alt+s t" "alt+s s" "alt+s r" "alt+s l p" "alt+s l s" "alt+s a Return" \
-    "alt+v r" "alt+v m" "alt+v t" "alt+v a" "alt+v h"; do
+for seq in "alt+s t" "alt+s s" "alt+s r" "alt+s l p" "alt+s l s" \
+    "alt+v r" "alt+v t" "alt+v h"; do
     # shellcheck disable=SC2086
     keys $seq
     xdotool key Escape Escape

@@ -347,9 +347,8 @@ TEST(MainWindow, CalibrationWithAModuleWithoutAnalogInputsShowsTheMessageAndOpen
 
 TEST(MainWindow, ItemsWhoseWindowsAreStillToComeStayEnabledAndSaySo) {
     Rig r;
-    for (const char* name :
-         {"SetUpTags", "SetUpScreens", "SetUpTrends", "Parameters", "StartStop", "Alarms",
-          "ViewReadings", "MinMax", "ViewTrends", "AlarmView", "History"}) {
+    for (const char* name : {"SetUpTags", "SetUpScreens", "SetUpTrends", "Parameters", "StartStop",
+                             "ViewReadings", "ViewTrends", "History"}) {
         QAction* a = r.action(name);
         ASSERT_NE(a, nullptr);
         EXPECT_TRUE(a->isEnabled()) << name;
@@ -374,6 +373,32 @@ TEST(MainWindow, TheControlBoxFollowsTheControlWindowAtOnce) {
     test::child<QPushButton>(w, "CmdExit")->click();
     EXPECT_EQ(r.st.switches.ControlsEnabled, 0);
     EXPECT_FALSE(r.box("OptControl")->isChecked());  // without waiting for a tick
+}
+
+TEST(MainWindow, TheAlarmsBoxFollowsTheAlarmSetUpWindowAtOnce) {
+    Rig r;
+    r.w->startUp();
+    ASSERT_FALSE(r.box("OptAlarm")->isChecked());
+    r.action("Alarms")->trigger();
+    QWidget* w = r.opened("AlarmSetup");
+    ASSERT_NE(w, nullptr);
+    EXPECT_EQ(w->windowTitle(), "Alarm Set Up");
+    test::child<QCheckBox>(w, "ChkEnableAlm")->setChecked(true);
+    test::child<QPushButton>(w, "Exit")->click();
+    EXPECT_EQ(r.st.switches.AlarmsEnabled, 1);
+    EXPECT_TRUE(r.box("OptAlarm")->isChecked());  // without waiting for a tick
+}
+
+TEST(MainWindow, TheAlarmListAndMinMaxWindowsOpenFromTheViewMenu) {
+    Rig r;
+    r.w->startUp();
+    r.action("AlarmView")->trigger();
+    ASSERT_NE(r.opened("AlarmList"), nullptr);
+    EXPECT_EQ(r.opened("AlarmList")->windowTitle(), "Alarms");
+    r.action("MinMax")->trigger();
+    ASSERT_NE(r.opened("MinMax"), nullptr);
+    EXPECT_EQ(r.opened("MinMax")->windowTitle(), "Maximum And Minimum Readings");
+    EXPECT_TRUE(r.prompt.messages.empty());
 }
 
 TEST(MainWindow, HelpOpensTheHelpDocumentAtItsIntroduction) {

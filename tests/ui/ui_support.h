@@ -32,13 +32,14 @@ T* child(QWidget* window, const char* name) {
 }
 
 // The widgets that Tab visits from the first one of a window, in order: visible, enabled,
-// and taking the focus by Tab (a scroll area's viewport and other helpers are skipped).
+// and taking the focus by Tab (a scroll area's viewport and other helpers are skipped, and
+// so is the line edit inside an editable combo box, whose focus goes to the box).
 inline std::vector<QWidget*> TabChain(QWidget* window, QWidget* first) {
     std::vector<QWidget*> chain;
     QWidget* w = first;
     do {
         if ((w->focusPolicy() & Qt::TabFocus) && w->isVisibleTo(window) && w->isEnabled() &&
-            w != window)
+            w != window && !w->focusProxy())
             chain.push_back(w);
         w = w->nextInFocusChain();
     } while (w != first && chain.size() < 200);
