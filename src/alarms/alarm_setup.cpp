@@ -21,8 +21,16 @@ void clearAlarm(AlarmDef& a) {
     a = AlarmDef{};
 }
 
+// The bytes the kept LastText takes on file (a line the file could not hold counts as its
+// UTF-8 length; such a line cannot come from the setup file or from checked messages).
+std::size_t keptLineBytes(const std::string& lastText) {
+    return Cp1252Length(lastText).value_or(lastText.size());
+}
+
 // A refusal text when the alarm's texts cannot be kept in its record, "" when they can.
-std::string recordProblem(const std::string& tagName, const AlarmSetupForm& form) {
+// `kept` is the LastText that the alarm keeps when it is saved.
+std::string recordProblem(const std::string& tagName, const AlarmSetupForm& form,
+                          const std::string& kept) {
     const struct {
         const std::string* text;
         const char* field;
@@ -30,15 +38,29 @@ std::string recordProblem(const std::string& tagName, const AlarmSetupForm& form
                  {&form.TxtHiMsg, "High Alarm Message"},
                  {&form.TxtLoMsg, "Low Alarm Message"},
                  {&form.TxtNormMsg, "Normal Message"}};
+    std::size_t total = 0;
+    std::size_t longest = 0;
     for (const auto& t : texts) {
-        if (!Cp1252Length(*t.text))
+        const auto n = Cp1252Length(*t.text);
+        if (!n)
             return std::string("The ") + t.field +
                    " contains a character that cannot be stored in the setup file";
+        total += *n;
+        if (t.text != &tagName) longest = std::max(longest, *n);
     }
-    const std::size_t need =
-        *AlarmRecordBudget(tagName, form.TxtHiMsg, form.TxtLoMsg, form.TxtNormMsg);
-    if (need <= kAlarmRecordLimit) return "";
-    const std::size_t used = need - kFixedRecordBytes - kAlarmPrefixLength;
+    const std::size_t keptBytes = keptLineBytes(kept);
+    if (keptBytes > kAlarmPrefixLength + longest) {
+        // The alarm's latest line, which saving keeps, is longer than any line the new
+        // messages can make: it takes the room of the longest message counted twice.
+        if (kFixedRecordBytes + total + keptBytes <= kAlarmRecordLimit) return "";
+        return "Alarm messages too long to save: the alarm keeps its latest line of " +
+               std::to_string(keptBytes) +
+               " characters, so the tag name and the three messages may have at most " +
+               std::to_string(kAlarmRecordLimit - kFixedRecordBytes - keptBytes) +
+               " characters together; these have " + std::to_string(total);
+    }
+    const std::size_t used = total + longest;
+    if (used <= kTextRoom) return "";
     return "Alarm messages too long to save: the tag name and the three messages, with the "
            "longest message counted twice, may have at most " +
            std::to_string(kTextRoom) + " characters together; these have " + std::to_string(used);
@@ -47,13 +69,15 @@ std::string recordProblem(const std::string& tagName, const AlarmSetupForm& form
 }  // namespace
 
 std::optional<std::size_t> AlarmRecordBudget(const std::string& tagName, const std::string& hiMsg,
-                                             const std::string& loMsg, const std::string& normMsg) {
+                                             const std::string& loMsg, const std::string& normMsg,
+                                             const std::string& lastText) {
     const auto name = Cp1252Length(tagName);
     const auto hi = Cp1252Length(hiMsg);
     const auto lo = Cp1252Length(loMsg);
     const auto norm = Cp1252Length(normMsg);
     if (!name || !hi || !lo || !norm) return std::nullopt;
-    const std::size_t longestLine = kAlarmPrefixLength + std::max({*hi, *lo, *norm});
+    const std::size_t longestLine =
+        std::max(kAlarmPrefixLength + std::max({*hi, *lo, *norm}), keptLineBytes(lastText));
     return kFixedRecordBytes + *name + *hi + *lo + *norm + longestLine;
 }
 
@@ -107,7 +131,7 @@ bool SaveAlarm(Station& st, const AlarmSetupForm& form) {
         prompt.message("High Alarm Value must be greater than Low Alarm Value", "Error");
         return false;
     }
-    if (const std::string problem = recordProblem(name, form); !problem.empty()) {
+    if (const std::string problem = recordProblem(name, form, a.LastText); !problem.empty()) {
         prompt.message(problem, "Error");
         return false;
     }

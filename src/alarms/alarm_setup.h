@@ -47,10 +47,12 @@ void DeleteAlarm(Station& st, AlarmSetupForm& form);
 bool ExitAlarmSetup(Station& st, AlarmSetupForm& form);
 
 // The setup file keeps an alarm in one 128-byte record. The bytes the alarm would need
-// with these texts, its LastText counted at its longest (the 26-character prefix and the
-// longest message); nullopt when a text has a character the file cannot hold.
+// with these texts, its LastText counted at its longest: the 26-character prefix and the
+// longest message, or the line it keeps now (`lastText`: saving leaves it as it is) when
+// that is longer. nullopt when a text has a character the file cannot hold.
 std::optional<std::size_t> AlarmRecordBudget(const std::string& tagName, const std::string& hiMsg,
-                                             const std::string& loMsg, const std::string& normMsg);
+                                             const std::string& loMsg, const std::string& normMsg,
+                                             const std::string& lastText = "");
 inline constexpr std::size_t kAlarmRecordLimit = 128;
 
 }  // namespace kova

@@ -14,12 +14,15 @@
 #include <filesystem>
 #include <iostream>
 
+#include "alarms/forms/alarm_list_form.h"
+#include "alarms/forms/alarm_setup_form.h"
 #include "app/engine_link.h"
 #include "app/file_commands.h"
 #include "app/help_window.h"
 #include "app/qt_printer.h"
 #include "app/qt_prompter.h"
 #include "app/qt_seams.h"
+#include "control/forms/control_form.h"
 #include "core/forms/periods_form.h"
 #include "daq/calibration_model.h"
 #include "daq/forms/calibration_form.h"
@@ -31,6 +34,7 @@
 #include "logging/forms/start_log_form.h"
 #include "logging/log_status.h"
 #include "daq/port_messages.h"
+#include "displays/forms/min_max_form.h"
 #include "tags/forms/daq_type_form.h"
 #include "tags/forms/tag_editor_form.h"
 
@@ -430,25 +434,27 @@ QWidget* MainWindow::createWindow(WindowKind kind) {
             connect(w, &StartLogWindow::loggingSwitched, this, &MainWindow::mirror);
             return w;
         }
-        case WindowKind::AlarmSetup:
-            notAvailable("Alarm Set Up");
-            return nullptr;
-        case WindowKind::ControlLanguage:
-            notAvailable("Control Language");
-            return nullptr;
+        case WindowKind::AlarmSetup: {
+            auto* w = new AlarmSetupWindow(st_, report_, this);
+            connect(w, &AlarmSetupWindow::alarmsStored, this, &MainWindow::mirror);
+            return w;
+        }
+        case WindowKind::ControlLanguage: {
+            auto* w = new ControlWindow(st_, report_, this);
+            connect(w, &ControlWindow::controlsStored, this, &MainWindow::mirror);
+            return w;
+        }
         case WindowKind::Calibration:
             return new CalibrationWindow(st_, report_, this);
         case WindowKind::Readings:
             return new ReadingsViewWindow(st_, report_, this);
         case WindowKind::MinMax:
-            notAvailable("Min Max Readings");
-            return nullptr;
+            return new MinMaxWindow(st_, report_, this);
         case WindowKind::Trends:
             notAvailable("Trends");
             return nullptr;
         case WindowKind::AlarmList:
-            notAvailable("Alarms");
-            return nullptr;
+            return new AlarmListWindow(st_, report_, *printer_, this);
         case WindowKind::History:
             return new HistoryWindow(
                 st_, report_,

@@ -295,8 +295,8 @@ std::int16_t CompileAssignment(const Station& st, const std::string& text, std::
     code.clear();
     const std::size_t eq = text.find('=');
     if (eq == std::string::npos) return kCodeSyntaxError;
+    // The left side must be "@" and a known tag; an empty one is no tag either (-2, token "").
     const std::string_view target = trimmed(std::string_view(text).substr(0, eq));
-    if (target.empty()) return kCodeSyntaxError;
     bool validName = target.size() > 1 && target[0] == '@';
     for (std::size_t i = 1; validName && i < target.size(); ++i)
         validName = isUpper(target[i]) || isDigit(target[i]);

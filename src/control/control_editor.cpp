@@ -1,5 +1,7 @@
 #include "control/control_editor.h"
 
+#include <utility>
+
 #include "control/control_messages.h"
 #include "control/line_check.h"
 #include "control/run_controls.h"
@@ -31,8 +33,8 @@ void clearTexts(ControlLine& line) {
 }
 
 // CheckLine, then store the shown line and move by `step` (+1 or -1).
-void stepLine(Station& st, ControlForm& form, int step) {
-    if (!CheckLine(st, form)) return;
+bool stepLine(Station& st, ControlForm& form, int step) {
+    if (!CheckLine(st, form)) return false;
     storeShownLine(st, form);
     int n = form.LblLineNo + step;
     if (n > kControlLines) {
@@ -42,6 +44,7 @@ void stepLine(Station& st, ControlForm& form, int step) {
     if (n < 1) n = 1;
     form.LblLineNo = n;
     ShowControlLine(st, form);
+    return true;
 }
 
 }  // namespace
@@ -65,9 +68,17 @@ void ShowControlLine(const Station& st, ControlForm& form) {
 }
 
 bool CheckLine(Station& st, ControlForm& form) {
-    if (!Cp1252Length(form.TxtIf) || !Cp1252Length(form.TxtThen) || !Cp1252Length(form.TxtElse)) {
-        showError(st, control_text::kCannotEncode);
-        return false;
+    form.FailedBox.clear();
+    form.FailedToken.clear();
+    form.FailedLine = 0;
+    for (const auto& [text, box] :
+         {std::pair{&form.TxtIf, kFocusIf}, std::pair{&form.TxtThen, kFocusThen},
+          std::pair{&form.TxtElse, kFocusElse}}) {
+        if (!Cp1252Length(*text)) {
+            form.FailedBox = box;
+            showError(st, control_text::kCannotEncode);
+            return false;
+        }
     }
     // A line that compiles but would not fit its record is refused before anything of it is
     // executed. Compiling changes nothing, so a trial compile gives the very same codes.
@@ -88,6 +99,9 @@ bool CheckLine(Station& st, ControlForm& form) {
     }
     LineCheck check = CheckLineTexts(st, &st, form.TxtIf, form.TxtThen, form.TxtElse);
     if (!check.ok) {
+        form.FailedBox = check.failedPart;
+        form.FailedToken = check.token;
+        form.FailedLine = check.textLine;
         showError(st, check.message);
         return false;
     }
@@ -98,12 +112,12 @@ bool CheckLine(Station& st, ControlForm& form) {
     return true;
 }
 
-void ControlFormNext(Station& st, ControlForm& form) {
-    stepLine(st, form, +1);
+bool ControlFormNext(Station& st, ControlForm& form) {
+    return stepLine(st, form, +1);
 }
 
-void ControlFormPrev(Station& st, ControlForm& form) {
-    stepLine(st, form, -1);
+bool ControlFormPrev(Station& st, ControlForm& form) {
+    return stepLine(st, form, -1);
 }
 
 void ControlFormInsert(Station& st, ControlForm& form) {

@@ -26,6 +26,13 @@ struct ControlForm {
     bool ChkEnableControl = false;     // ControlsEnabled
     std::vector<std::string> CboTag;   // names of the used user tags, in tag order
     std::string LastFocus = kFocusIf;  // TxtIf has the focus when the window opens
+
+    // After a failed CheckLine: the box whose text failed ("IF", "THEN", "ELSE"; "" when the
+    // problem is the line as a whole), the token the message names ("" for none) and the
+    // text line of the box (from 0) that failed. Cleared by a check that passes.
+    std::string FailedBox;
+    std::string FailedToken;
+    int FailedLine = 0;
 };
 
 // Opening: fill CboTag, set ChkEnableControl from ControlsEnabled, show line 1.
@@ -39,9 +46,10 @@ void ShowControlLine(const Station& st, ControlForm& form);
 // shows its message titled "Error" and returns false, storing nothing.
 bool CheckLine(Station& st, ControlForm& form);
 
-// The buttons. Next, Prev and Exit do nothing more when CheckLine fails.
-void ControlFormNext(Station& st, ControlForm& form);
-void ControlFormPrev(Station& st, ControlForm& form);
+// The buttons. Next, Prev and Exit do nothing more when CheckLine fails; Next and Prev
+// return false then.
+bool ControlFormNext(Station& st, ControlForm& form);
+bool ControlFormPrev(Station& st, ControlForm& form);
 void ControlFormInsert(Station& st, ControlForm& form);
 void ControlFormDelete(Station& st, ControlForm& form);
 // True when the window may close (ControlCount and ControlsEnabled then set).

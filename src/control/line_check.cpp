@@ -25,9 +25,11 @@ std::string prepared(const std::string& text) {
     return s.substr(b, e - b);
 }
 
-PartCheck failed(std::string message) {
+PartCheck failed(std::string message, std::string token = "", int textLine = 0) {
     PartCheck p;
     p.message = std::move(message);
+    p.token = std::move(token);
+    p.textLine = textLine;
     return p;
 }
 
@@ -39,7 +41,7 @@ PartCheck CheckIfText(const Station& st, const std::string& text) {
     std::string token;
     const std::int16_t r = CompileIf(st, prepared(text), code, token);
     if (r == kCodeSyntaxError) return failed(SyntaxError(kIf));
-    if (r == kCodeUnknownToken) return failed(UnknownToken(kIf, token));
+    if (r == kCodeUnknownToken) return failed(UnknownToken(kIf, token), token);
     const std::int16_t v = EvaluateIf(st, code);
     if (v == -1) return failed(SyntaxError(kIf));
     if (v == -2) return failed(UnknownTokenAtRun(kIf));
@@ -53,23 +55,27 @@ PartCheck CheckAssignmentText(const Station& st, Station* exec, const std::strin
                               const char* part) {
     using namespace control_text;
     PartCheck result;
-    const std::string all = prepared(text);
+    // Text lines are counted in the text as typed, so the window can point at the one that
+    // failed; blank lines (and the blanks around each line) are skipped.
+    const std::string all = ToUpper(text);
     std::size_t pos = 0;
-    while (pos < all.size()) {
+    int textLine = -1;
+    while (pos <= all.size()) {
         std::size_t nl = all.find('\n', pos);
         if (nl == std::string::npos) nl = all.size();
         const std::string line = prepared(all.substr(pos, nl - pos));  // drops the CR of CR LF
         pos = nl + 1;
+        ++textLine;
         if (line.empty()) continue;
         std::string code;
         std::string token;
         const std::int16_t r = CompileAssignment(st, line, code, token);
-        if (r == kCodeSyntaxError) return failed(SyntaxError(part));
-        if (r == kCodeUnknownToken) return failed(UnknownToken(part, token));
+        if (r == kCodeSyntaxError) return failed(SyntaxError(part), "", textLine);
+        if (r == kCodeUnknownToken) return failed(UnknownToken(part, token), token, textLine);
         if (exec != nullptr) {
             const std::int16_t x = ExecuteAssignment(*exec, code);
-            if (x == -1) return failed(SyntaxError(part));
-            if (x == -2) return failed(UnknownTokenAtRun(part));
+            if (x == -1) return failed(SyntaxError(part), "", textLine);
+            if (x == -2) return failed(UnknownTokenAtRun(part), "", textLine);
         }
         result.code += code;
         result.code += '!';
@@ -81,23 +87,21 @@ PartCheck CheckAssignmentText(const Station& st, Station* exec, const std::strin
 LineCheck CheckLineTexts(const Station& st, Station* exec, const std::string& ifText,
                          const std::string& thenText, const std::string& elseText) {
     LineCheck out;
-    PartCheck p = CheckIfText(st, ifText);
-    if (!p.ok) {
+    auto fail = [&out](PartCheck& p, const char* box) {
         out.message = std::move(p.message);
+        out.failedPart = box;
+        out.token = std::move(p.token);
+        out.textLine = p.textLine;
         return out;
-    }
+    };
+    PartCheck p = CheckIfText(st, ifText);
+    if (!p.ok) return fail(p, "IF");
     out.ifCode = std::move(p.code);
     p = CheckAssignmentText(st, exec, thenText, control_text::kThen);
-    if (!p.ok) {
-        out.message = std::move(p.message);
-        return out;
-    }
+    if (!p.ok) return fail(p, "THEN");
     out.thenCode = std::move(p.code);
     p = CheckAssignmentText(st, exec, elseText, control_text::kElse);
-    if (!p.ok) {
-        out.message = std::move(p.message);
-        return out;
-    }
+    if (!p.ok) return fail(p, "ELSE");
     out.elseCode = std::move(p.code);
     out.ok = true;
     return out;

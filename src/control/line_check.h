@@ -16,6 +16,8 @@ struct PartCheck {
     bool ok = false;
     std::string code;     // the compiled code of the part when ok
     std::string message;  // the message of the first problem otherwise
+    std::string token;    // the unknown token the message names ("" when it names none)
+    int textLine = 0;     // the text line of the part (from 0) that failed
 };
 
 // The IF text as the editor checks it: upper-cased and trimmed, compiled, evaluated once.
@@ -31,6 +33,9 @@ PartCheck CheckAssignmentText(const Station& st, Station* exec, const std::strin
 struct LineCheck {
     bool ok = false;
     std::string message;
+    std::string failedPart;  // "IF", "THEN" or "ELSE": the box whose text failed
+    std::string token;       // as in PartCheck
+    int textLine = 0;
     std::string ifCode;
     std::string thenCode;
     std::string elseCode;

@@ -4,13 +4,25 @@
 
 #include "alarm_rig.h"
 #include "alarms/alarm_check.h"
+#include "support/test_support.h"
 
 namespace kova {
 
 using test::AlarmRig;
+using test::Shown;
 
 namespace {
 const std::string kAt = "11-15-2026 14:05:09 ";
+
+class RecordingPrinter final : public Printer {
+  public:
+    bool printText(const std::string& name, const std::string& text) override {
+        printed.push_back({text, name});
+        return answer;
+    }
+    std::vector<Shown> printed;  // text, document name
+    bool answer = true;
+};
 
 std::string crlfLines(const std::vector<std::string>& lines) {
     std::string s;
@@ -163,6 +175,96 @@ TEST(AlarmList, AcknowledgeRefreshesTheViewShown) {
     EXPECT_FALSE(f.ShowingHistory);
     EXPECT_TRUE(f.TxtAlarms.starts_with("NORML " + kAt + "TANK normal\r\n\r\n"));
     EXPECT_EQ(r.st.alarms.Alarms[1].State, 0);
+}
+
+TEST(AlarmList, CountsTheAlarmsThatWaitForAcknowledgement) {
+    AlarmRig r;
+    EXPECT_EQ(UnacknowledgedText(r.st), "No unacknowledged alarms");
+    r.watch(1, 1, 80, 20);
+    r.watch(2, 5, 80, 20);
+    r.watch(3, 2, 0.5f, -0.5f);  // the digital PUMP
+    r.set(1, 90);
+    r.set(5, 10);
+    r.set(2, 1);
+    CheckAlarms(r.st);
+    EXPECT_EQ(CountUnacknowledged(r.st).inAlarm, 3);
+    EXPECT_EQ(UnacknowledgedText(r.st), "Unacknowledged alarms: 3");
+    r.set(5, 50);  // FLOW back between its limits before anyone acknowledged
+    r.clock.advance(1000);
+    CheckAlarms(r.st);
+    EXPECT_EQ(r.st.alarms.Alarms[2].State, 4);
+    EXPECT_EQ(UnacknowledgedText(r.st), "Unacknowledged alarms: 3 (1 back to normal)");
+    AcknowledgeAlarms(r.st);
+    EXPECT_EQ(CountUnacknowledged(r.st).total(), 0);
+    EXPECT_EQ(UnacknowledgedText(r.st), "No unacknowledged alarms");
+}
+
+TEST(AlarmHistoryFile, TheListingHoldsTheLinesInUseOldestFirst) {
+    AlarmRig r;
+    r.st.alarms.History[0] = "ALARM a";
+    r.st.alarms.History[1] = "NORML b";
+    r.st.alarms.History[7] = "ACKN  c";  // a gap is skipped
+    EXPECT_EQ(AlarmHistoryListing(r.st), crlfLines({"ALARM a", "NORML b", "ACKN  c"}));
+}
+
+TEST(AlarmHistoryFile, SavesTheListingIntoTheChosenTextFile) {
+    AlarmRig r;
+    test::TempFolder folder;
+    r.watch(1, 1, 80, 20);
+    r.set(1, 90);
+    CheckAlarms(r.st);
+    const auto file = folder / "HIST.TXT";
+    r.prompt.fileAnswers = {file.string()};
+    EXPECT_TRUE(SaveAlarmHistory(r.st));
+    ASSERT_EQ(r.prompt.fileDialogs.size(), 1u);
+    EXPECT_EQ(r.prompt.fileDialogs[0],
+              (Shown{"Save Alarm History", "Text Files (*.TXT)|*.TXT|All Files (*.*)|*.*|"}));
+    EXPECT_EQ(test::ReadFileBytes(file), "ALARM " + kAt + "TANK high\r\n");
+    EXPECT_TRUE(r.prompt.messages.empty());
+}
+
+TEST(AlarmHistoryFile, CancellingTheDialogWritesNothing) {
+    AlarmRig r;
+    r.st.alarms.History[0] = "ALARM a";
+    EXPECT_FALSE(SaveAlarmHistory(r.st));  // the scripted dialog answers Cancel
+    EXPECT_EQ(r.prompt.fileDialogs.size(), 1u);
+    EXPECT_TRUE(r.prompt.messages.empty());
+}
+
+TEST(AlarmHistoryFile, AFileThatCannotBeWrittenIsNamedInTheMessage) {
+    AlarmRig r;
+    test::TempFolder folder;
+    r.st.alarms.History[0] = "ALARM a";
+    const std::string file = (folder / "no such folder" / "H.TXT").string();
+    r.prompt.fileAnswers = {file};
+    EXPECT_FALSE(SaveAlarmHistory(r.st));
+    ASSERT_EQ(r.prompt.messages.size(), 1u);
+    EXPECT_EQ(r.prompt.messages[0].title, "Error");
+    EXPECT_TRUE(
+        r.prompt.messages[0].text.starts_with("Cannot write the alarm history to " + file + ": "))
+        << r.prompt.messages[0].text;
+}
+
+TEST(AlarmHistoryFile, AnEmptyHistoryIsNeitherSavedNorPrinted) {
+    AlarmRig r;
+    RecordingPrinter printer;
+    EXPECT_FALSE(SaveAlarmHistory(r.st));
+    EXPECT_FALSE(PrintAlarmHistory(r.st, printer));
+    EXPECT_TRUE(r.prompt.fileDialogs.empty());
+    EXPECT_TRUE(printer.printed.empty());
+    EXPECT_EQ(r.prompt.messages, (std::vector<Shown>{{"The Alarm History Is Empty", "KOVA"},
+                                                     {"The Alarm History Is Empty", "KOVA"}}));
+}
+
+TEST(AlarmHistoryFile, PrintsTheListingAsOneDocument) {
+    AlarmRig r;
+    RecordingPrinter printer;
+    r.st.alarms.History[0] = "ALARM a";
+    r.st.alarms.History[1] = "NORML b";
+    EXPECT_TRUE(PrintAlarmHistory(r.st, printer));
+    EXPECT_EQ(printer.printed, (std::vector<Shown>{{"ALARM a\nNORML b\n", "KOVA Alarm History"}}));
+    printer.answer = false;  // the print dialog cancelled
+    EXPECT_FALSE(PrintAlarmHistory(r.st, printer));
 }
 
 }  // namespace kova

@@ -5,6 +5,7 @@
 #include "alarm_rig.h"
 #include "alarms/alarm_check.h"
 #include "alarms/alarm_list.h"
+#include "core/configuration.h"
 #include "core/fault.h"
 #include "core/text_encoding.h"
 
@@ -322,6 +323,69 @@ TEST(AlarmSetup, ClearingAnAlarmNeedsNoValidTexts) {
     EXPECT_TRUE(SaveAlarm(r.st, f));
     EXPECT_TRUE(r.prompt.messages.empty());
     EXPECT_EQ(r.st.alarms.Alarms[1], AlarmDef{});
+}
+
+// Saving keeps the alarm's LastText, so the record must hold it next to the new messages:
+// otherwise a re-save that the form accepted would make File Save fail later.
+TEST(AlarmSetup, TheKeptLatestLineCountsInTheRecordSoFileSaveNeverFailsLater) {
+    AlarmRig r;
+    test::TempFolder folder;
+    AlarmSetupForm f = filled(r, 1, "TANK", "80", "20");
+    f.TxtHiMsg = std::string(38, 'H');
+    f.TxtLoMsg = "";
+    f.TxtNormMsg = "";
+    ASSERT_TRUE(SaveAlarm(r.st, f));  // 22 + 4 + 38 + (26 + 38) = 128 bytes
+    r.set(1, 90);
+    CheckAlarms(r.st);
+    AlarmDef& a = r.st.alarms.Alarms[1];
+    ASSERT_EQ(a.LastText.size(), 64u);
+    ASSERT_EQ(a.State, 1);
+
+    f.TxtHiMsg = std::string(25, 'H');
+    f.TxtLoMsg = std::string(25, 'L');
+    EXPECT_EQ(AlarmRecordBudget("TANK", f.TxtHiMsg, f.TxtLoMsg, "", a.LastText), 140u);
+    EXPECT_FALSE(SaveAlarm(r.st, f));
+    EXPECT_EQ(r.prompt.messages,
+              (std::vector<Shown>{
+                  {"Alarm messages too long to save: the alarm keeps its latest line of 64 "
+                   "characters, so the tag name and the three messages may have at most 42 "
+                   "characters together; these have 54",
+                   "Error"}}));
+    EXPECT_EQ(a.HiMsg, std::string(38, 'H'));  // nothing stored
+    EXPECT_EQ(recordBytes(a), 128u);
+    EXPECT_NO_THROW(SaveConfiguration(r.st, folder / "A.SUF"));
+
+    // Messages that fit next to the kept line are accepted, and the file still saves.
+    r.prompt.messages.clear();
+    f.TxtHiMsg = std::string(19, 'H');
+    f.TxtLoMsg = std::string(19, 'L');
+    EXPECT_TRUE(SaveAlarm(r.st, f));
+    EXPECT_TRUE(r.prompt.messages.empty());
+    EXPECT_EQ(recordBytes(a), 128u);
+    EXPECT_NO_THROW(SaveConfiguration(r.st, folder / "B.SUF"));
+    // And every line the new messages make fits as well.
+    for (float v : {50.0f, 10.0f, 90.0f}) {
+        r.set(1, v);
+        CheckAlarms(r.st);
+        EXPECT_LE(recordBytes(a), 128u);
+    }
+}
+
+TEST(AlarmSetup, ClearingTheAlarmDropsItsLatestLineAndMakesRoomAgain) {
+    AlarmRig r;
+    AlarmSetupForm f = filled(r, 1, "TANK", "80", "20");
+    f.TxtHiMsg = std::string(38, 'H');
+    f.TxtLoMsg = "";
+    f.TxtNormMsg = "";
+    ASSERT_TRUE(SaveAlarm(r.st, f));
+    r.set(1, 90);
+    CheckAlarms(r.st);
+    AlarmSetupForm none = filled(r, 1, "", "", "");
+    ASSERT_TRUE(SaveAlarm(r.st, none));
+    f.TxtHiMsg = std::string(25, 'H');
+    f.TxtLoMsg = std::string(25, 'L');
+    EXPECT_TRUE(SaveAlarm(r.st, f));
+    EXPECT_TRUE(r.prompt.messages.empty());
 }
 
 }  // namespace kova

@@ -264,7 +264,9 @@ TEST(CompileAssignment, TargetMustBeAKnownTag) {
     EXPECT_EQ(c.result, -2);
     EXPECT_EQ(c.token, "@A B");
     EXPECT_EQ(assignment(r.st, "@PUMP 1").result, -1);  // no "="
-    EXPECT_EQ(assignment(r.st, "= 1").result, -1);      // nothing to assign to
+    c = assignment(r.st, "= 1");  // nothing to assign to: the target is an unknown token
+    EXPECT_EQ(c.result, -2);
+    EXPECT_EQ(c.token, "");
     EXPECT_EQ(assignment(r.st, "@SU = 1").code, "@SU,1,");
 }
 

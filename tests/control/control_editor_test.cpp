@@ -163,6 +163,8 @@ TEST(ControlEditor, ThenMessages) {
     r.form.TxtThen = "@DO1 = 2";  // refused by the target when executed
     r.expectRefused("Syntax Error in Then Statement");
     EXPECT_EQ(r.st.daq.DigitalOutputImage, 0);
+    r.form.TxtThen = "= 1";  // no target: an unknown (empty) token, hence two blanks
+    r.expectRefused("Unknown Token  in Then Statement");
 }
 
 TEST(ControlEditor, ElseMessages) {
@@ -408,6 +410,50 @@ TEST(ControlEditor, LowerCaseTextCompilesLikeUpperCase) {
     EXPECT_TRUE(r.prompt.messages.empty());
     EXPECT_EQ(r.st.control.Lines[1].IfCode, "@TANK1,80,>=,@DI1,1,=,&,");
     EXPECT_EQ(r.st.control.Lines[1].ThenCode, "@PUMP,1,!@X,1,@A,SQR,!");
+}
+
+TEST(ControlEditor, AFailedCheckNamesTheBoxTheTokenAndTheTextLine) {
+    EditorRig r;
+    r.form.TxtIf = "@a > 1 & @nosuch < 2";
+    r.expectRefused("Unknown Token @NOSUCH in If Statement");
+    EXPECT_EQ(r.form.FailedBox, "IF");
+    EXPECT_EQ(r.form.FailedToken, "@NOSUCH");
+    EXPECT_EQ(r.form.FailedLine, 0);
+
+    r.form.TxtIf = "";
+    r.form.TxtThen = "@X = 1\r\n\r\n  @X = 1 +";  // a blank line still counts as a text line
+    r.expectRefused("Syntax Error in Then Statement");
+    EXPECT_EQ(r.form.FailedBox, "THEN");
+    EXPECT_EQ(r.form.FailedToken, "");
+    EXPECT_EQ(r.form.FailedLine, 2);
+
+    r.form.TxtThen = "";
+    r.form.TxtElse = "@X = 2\n@X = foo(1)";
+    r.expectRefused("Unknown Token FOO in Else Statement");
+    EXPECT_EQ(r.form.FailedBox, "ELSE");
+    EXPECT_EQ(r.form.FailedToken, "FOO");
+    EXPECT_EQ(r.form.FailedLine, 1);
+
+    r.form.TxtElse = "@X = 1 \xE2\x9C\x93";  // no Windows-1252 byte: the box, no token
+    r.expectRefused(
+        "Control Line Contains Characters That Cannot Be Saved. Use only characters of the Western "
+        "(Windows-1252) character set");
+    EXPECT_EQ(r.form.FailedBox, "ELSE");
+    EXPECT_EQ(r.form.FailedToken, "");
+
+    r.form.TxtElse = "@X = 3";
+    ControlFormNext(r.st, r.form);
+    EXPECT_EQ(r.form.LblLineNo, 2);
+    EXPECT_EQ(r.form.FailedBox, "");
+}
+
+TEST(ControlEditor, AnAssignmentWithoutATargetIsAnUnknownToken) {
+    EditorRig r;
+    r.form.TxtThen = "@X = 1\r\n = 1";
+    r.expectRefused("Unknown Token  in Then Statement");
+    EXPECT_EQ(r.form.FailedBox, "THEN");
+    EXPECT_EQ(r.form.FailedToken, "");
+    EXPECT_EQ(r.form.FailedLine, 1);
 }
 
 }  // namespace kova

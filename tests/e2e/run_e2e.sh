@@ -133,9 +133,13 @@ open_and_close "Chart History" 17-history alt+v h
 open_and_close "Logging Parameters" 18-logging-parameters alt+s l p
 open_and_close "Logging Start/Stop" 19-logging-start-stop alt+s l s
 open_and_close "Tag Configuration" 20-tags alt+s t
+open_and_close "Control Language" 21-control alt+s c
+open_and_close "Alarm Set Up" 22-alarm-setup alt+s a Return
+open_and_close "Alarms" 23-alarm-list alt+v a
+open_and_close "Maximum And Minimum Readings" 24-min-max alt+v m
 
 # Items whose windows are still to come: the program answers in the status bar and stays up.
-for seq in "alt+s r" "alt+s a Return" "alt+s c" "alt+v m" "alt+v t" "alt+v a"; do
+for seq in "alt+s r" "alt+v t"; do
     # shellcheck disable=SC2086
     keys $seq
     xdotool key Escape Escape

@@ -5,12 +5,21 @@
 #include <QDialog>
 #include <QPointer>
 #include <QString>
+#include <QTest>
 #include <QTimer>
 #include <QWidget>
 #include <functional>
 #include <memory>
+#include <vector>
 
 #include <gtest/gtest.h>
+
+#include <ostream>
+
+// gtest shows a QString that differs as its text.
+inline void PrintTo(const QString& s, std::ostream* os) {
+    *os << '"' << s.toStdString() << '"';
+}
 
 namespace kova::test {
 
@@ -20,6 +29,36 @@ T* child(QWidget* window, const char* name) {
     T* w = window->findChild<T*>(QString::fromLatin1(name));
     EXPECT_NE(w, nullptr) << "no control " << name;
     return w;
+}
+
+// The widgets that Tab visits from the first one of a window, in order: visible, enabled,
+// and taking the focus by Tab (a scroll area's viewport and other helpers are skipped, and
+// so is the line edit inside an editable combo box, whose focus goes to the box).
+inline std::vector<QWidget*> TabChain(QWidget* window, QWidget* first) {
+    std::vector<QWidget*> chain;
+    QWidget* w = first;
+    do {
+        if ((w->focusPolicy() & Qt::TabFocus) && w->isVisibleTo(window) && w->isEnabled() &&
+            w != window && !w->focusProxy())
+            chain.push_back(w);
+        w = w->nextInFocusChain();
+    } while (w != first && chain.size() < 200);
+    return chain;
+}
+
+// Shows a window and makes it the active one, so that its "&" mnemonics work.
+inline bool ShowActive(QWidget* window) {
+    window->show();
+    QApplication::setActiveWindow(window);
+    window->activateWindow();
+    return QTest::qWaitForWindowActive(window);
+}
+
+// Alt + key as the window system delivers it, so that a button's "&" mnemonic answers. A
+// mnemonic presses the button at once and releases (clicks) it 100 ms later.
+inline void AltKey(QWidget* window, Qt::Key key) {
+    QTest::keyClick(window->windowHandle(), key, Qt::AltModifier);
+    QTest::qWait(200);
 }
 
 // Runs `answer` on the modal dialog that `open` brings up, once the dialog is showing.

@@ -1,0 +1,169 @@
+#include "alarms/forms/alarm_setup_form.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace kova {
+
+namespace {
+
+QPushButton* button(const char* name, const char* caption, QWidget* parent) {
+    auto* b = new QPushButton(caption, parent);
+    b->setObjectName(name);
+    return b;
+}
+
+QLineEdit* textBox(const char* name, int width, QWidget* parent) {
+    auto* e = new QLineEdit(parent);
+    e->setObjectName(name);
+    if (width > 0) e->setMaximumWidth(width);
+    return e;
+}
+
+QLabel* caption(const char* text, QWidget* buddy, QWidget* parent) {
+    auto* l = new QLabel(text, parent);
+    l->setBuddy(buddy);
+    buddy->setAccessibleName(QString(text).remove('&'));
+    return l;
+}
+
+}  // namespace
+
+AlarmSetupWindow::AlarmSetupWindow(Station& st, ErrorReport& report, QWidget* parent)
+    : QWidget(parent, Qt::Window), st_(st), report_(report) {
+    setObjectName("FrmAlmSetUp");
+    setWindowTitle("Alarm Set Up");
+
+    lblAlmNo_ = new QLabel(this);
+    lblAlmNo_->setObjectName("LblAlmNo");
+    lblAlmNo_->setAccessibleName("Alarm No.");
+    cboTag_ = new QComboBox(this);
+    cboTag_->setObjectName("CboTag");
+    cboTag_->setEditable(true);  // a name may be typed; one that is no tag is refused
+    cboTag_->setInsertPolicy(QComboBox::NoInsert);
+    cboTag_->setMinimumContentsLength(12);
+    txtHiVal_ = textBox("TxtHiVal", 120, this);
+    txtHiMsg_ = textBox("TxtHiMsg", 0, this);
+    txtLoVal_ = textBox("TxtLoVal", 120, this);
+    txtLoMsg_ = textBox("TxtLoMsg", 0, this);
+    txtNormMsg_ = textBox("TxtNormMsg", 0, this);
+    chkEnableAlm_ = new QCheckBox(kEnableAlarmsCaption, this);
+    chkEnableAlm_->setObjectName("ChkEnableAlm");
+    cmdPrev_ = button("Prev", "&Prev", this);
+    cmdNext_ = button("Next", "&Next", this);
+    cmdDelete_ = button("CmdDelete", "&Delete", this);
+    cmdExit_ = button("Exit", "E&xit", this);
+
+    auto* grid = new QGridLayout;
+    auto* numberRow = new QHBoxLayout;
+    numberRow->addWidget(lblAlmNo_);
+    numberRow->addStretch();
+    grid->addWidget(new QLabel("Alarm No.", this), 0, 0);
+    grid->addLayout(numberRow, 0, 1);
+    grid->addWidget(caption("&Tag Name", cboTag_, this), 1, 0);
+    auto* tagRow = new QHBoxLayout;
+    tagRow->addWidget(cboTag_);
+    tagRow->addStretch();
+    grid->addLayout(tagRow, 1, 1);
+    grid->addWidget(caption("&High Alarm Value", txtHiVal_, this), 2, 0);
+    grid->addWidget(txtHiVal_, 2, 1);
+    grid->addWidget(caption("High Alarm &Message", txtHiMsg_, this), 3, 0);
+    grid->addWidget(txtHiMsg_, 3, 1);
+    grid->addWidget(caption("&Low Alarm Value", txtLoVal_, this), 4, 0);
+    grid->addWidget(txtLoVal_, 4, 1);
+    grid->addWidget(caption("Low Alarm Messa&ge", txtLoMsg_, this), 5, 0);
+    grid->addWidget(txtLoMsg_, 5, 1);
+    grid->addWidget(caption("N&ormal Message", txtNormMsg_, this), 6, 0);
+    grid->addWidget(txtNormMsg_, 6, 1);
+    grid->setColumnStretch(1, 1);
+
+    auto* buttons = new QHBoxLayout;
+    buttons->addWidget(cmdPrev_);
+    buttons->addWidget(cmdNext_);
+    buttons->addStretch();
+    buttons->addWidget(cmdDelete_);
+    buttons->addStretch();
+    buttons->addWidget(cmdExit_);
+    auto* layout = new QVBoxLayout(this);
+    layout->addLayout(grid);
+    layout->addWidget(chkEnableAlm_);
+    layout->addSpacing(6);
+    layout->addLayout(buttons);
+    setMinimumWidth(460);
+
+    QWidget* order[] = {cboTag_,       txtHiVal_, txtHiMsg_, txtLoVal_,  txtLoMsg_, txtNormMsg_,
+                        chkEnableAlm_, cmdPrev_,  cmdNext_,  cmdDelete_, cmdExit_};
+    for (std::size_t i = 1; i < std::size(order); ++i) setTabOrder(order[i - 1], order[i]);
+
+    connect(cmdNext_, &QPushButton::clicked, this, &AlarmSetupWindow::nextClicked);
+    connect(cmdPrev_, &QPushButton::clicked, this, &AlarmSetupWindow::prevClicked);
+    connect(cmdDelete_, &QPushButton::clicked, this, &AlarmSetupWindow::deleteClicked);
+    connect(cmdExit_, &QPushButton::clicked, this, &AlarmSetupWindow::exitClicked);
+
+    report_.guard([&] { form_ = OpenAlarmSetup(st_); });
+    cboTag_->addItem("");  // no tag: the alarm is cleared
+    for (const std::string& name : form_.CboTagList) cboTag_->addItem(QString::fromStdString(name));
+    chkEnableAlm_->setChecked(form_.ChkEnableAlm);
+    display();
+    cboTag_->setFocus();
+}
+
+void AlarmSetupWindow::display() {
+    lblAlmNo_->setText(QString::number(form_.LblAlmNo));
+    const QString tag = QString::fromStdString(form_.CboTag);
+    const int listed = cboTag_->findText(tag);
+    if (listed >= 0) cboTag_->setCurrentIndex(listed);
+    cboTag_->setEditText(tag);
+    txtHiVal_->setText(QString::fromStdString(form_.TxtHiVal));
+    txtHiMsg_->setText(QString::fromStdString(form_.TxtHiMsg));
+    txtLoVal_->setText(QString::fromStdString(form_.TxtLoVal));
+    txtLoMsg_->setText(QString::fromStdString(form_.TxtLoMsg));
+    txtNormMsg_->setText(QString::fromStdString(form_.TxtNormMsg));
+}
+
+void AlarmSetupWindow::read() {
+    form_.CboTag = cboTag_->currentText().toStdString();
+    form_.TxtHiVal = txtHiVal_->text().toStdString();
+    form_.TxtHiMsg = txtHiMsg_->text().toStdString();
+    form_.TxtLoVal = txtLoVal_->text().toStdString();
+    form_.TxtLoMsg = txtLoMsg_->text().toStdString();
+    form_.TxtNormMsg = txtNormMsg_->text().toStdString();
+    form_.ChkEnableAlm = chkEnableAlm_->isChecked();
+}
+
+void AlarmSetupWindow::nextClicked() {
+    read();
+    bool moved = false;
+    report_.guard([&] { moved = NextAlarm(st_, form_); });
+    if (moved) display();  // a refused alarm stays as typed
+}
+
+void AlarmSetupWindow::prevClicked() {
+    read();
+    bool moved = false;
+    report_.guard([&] { moved = PrevAlarm(st_, form_); });
+    if (moved) display();
+}
+
+void AlarmSetupWindow::deleteClicked() {
+    read();
+    report_.guard([&] { DeleteAlarm(st_, form_); });
+    display();
+}
+
+void AlarmSetupWindow::exitClicked() {
+    read();
+    bool closing = false;
+    report_.guard([&] { closing = ExitAlarmSetup(st_, form_); });
+    if (!closing) return;
+    emit alarmsStored();
+    close();
+}
+
+}  // namespace kova
