@@ -22,6 +22,8 @@
 #include "daq/calibration_model.h"
 #include "daq/forms/calibration_form.h"
 #include "daq/forms/printer_port_form.h"
+#include "displays/forms/trend_setup_form.h"
+#include "displays/forms/trend_view_form.h"
 #include "tags/forms/daq_type_form.h"
 
 namespace kova::app {
@@ -380,8 +382,7 @@ QWidget* MainWindow::createWindow(WindowKind kind) {
             notAvailable("Screen Set Up");
             return nullptr;
         case WindowKind::TrendSetup:
-            notAvailable("Trend Set Up");
-            return nullptr;
+            return new SetTrendWindow(st_, report_, this);
         case WindowKind::LogParameters:
             notAvailable("Logging Parameters");
             return nullptr;
@@ -403,8 +404,7 @@ QWidget* MainWindow::createWindow(WindowKind kind) {
             notAvailable("Min Max Readings");
             return nullptr;
         case WindowKind::Trends:
-            notAvailable("Trends");
-            return nullptr;
+            return new ViewTrendWindow(st_, report_, this);
         case WindowKind::AlarmList:
             notAvailable("Alarms");
             return nullptr;

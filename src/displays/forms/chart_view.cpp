@@ -2,9 +2,11 @@
 
 #include <QCategoryAxis>
 #include <QChart>
+#include <QLegendMarker>
 #include <QLineSeries>
 #include <QValueAxis>
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 namespace kova {
@@ -39,6 +41,10 @@ ChartView::ChartView(QWidget* parent) : QChartView(parent) {
     setChart(c);
 }
 
+QColor ChartView::curveColour(int index) {
+    return kPenColours[(index % 4 + 4) % 4];
+}
+
 int ChartView::curveCount() const {
     return static_cast<int>(curves_.size());
 }
@@ -60,7 +66,7 @@ void ChartView::setPoints(QLineSeries* s, std::span<const float> y, double xIncr
 void ChartView::addCurve(const std::string& name, std::span<const float> y, double xIncrement) {
     auto* s = new QLineSeries(chart());
     s->setName(QString::fromStdString(name));
-    QPen pen(kPenColours[curves_.size() % 4]);
+    QPen pen(curveColour(curveCount()));
     pen.setWidthF(1.5);
     s->setPen(pen);
     setPoints(s, y, xIncrement);
@@ -79,7 +85,13 @@ void ChartView::replaceCurve(int index, std::span<const float> y, double xIncrem
 }
 
 void ChartView::setCurveLegend(int index, const std::string& text) {
-    if (QLineSeries* s = series(index)) s->setName(QString::fromStdString(text));
+    QLineSeries* s = series(index);
+    if (!s) return;
+    const QString name = QString::fromStdString(text);
+    s->setName(name);
+    // A pen with no tag keeps its curve but no empty entry in the legend.
+    const bool blank = name.trimmed().isEmpty();
+    for (QLegendMarker* m : chart()->legend()->markers(s)) m->setVisible(!blank);
 }
 
 void ChartView::fitX() {
@@ -106,11 +118,22 @@ void ChartView::autoScaleY() {
     }
     // A flat curve still gets a band to sit in.
     const double pad = hi > lo ? (hi - lo) * 0.05 : std::max(1.0, std::abs(hi) * 0.05);
+    yAxis_->setReverse(false);
     yAxis_->setRange(lo - pad, hi + pad);
 }
 
 void ChartView::setYLimits(double minimum, double maximum) {
-    yAxis_->setRange(minimum, maximum);
+    // A limit too large for a double ("1E999") cannot be drawn: the axis stays as it was.
+    if (!std::isfinite(minimum) || !std::isfinite(maximum)) return;
+    // Qt's axis needs minimum < maximum. Limits the wrong way round turn the axis upside
+    // down, so the bottom still shows the minimum given; equal limits get a band around them.
+    if (minimum == maximum) {
+        const double half = std::max(0.5, std::abs(minimum) * 0.05);
+        minimum -= half;
+        maximum += half;
+    }
+    yAxis_->setReverse(minimum > maximum);
+    yAxis_->setRange(std::min(minimum, maximum), std::max(minimum, maximum));
 }
 
 int ChartView::xLabelCount() const {
