@@ -124,6 +124,19 @@ TEST(ChartView, EqualLimitsGetABandAndLimitsBeyondADoubleAreIgnored) {
     EXPECT_DOUBLE_EQ(v.yAxis()->max(), 100);
 }
 
+TEST(ChartView, TicksFallOnRoundValuesWhateverTheRange) {
+    ChartView v;
+    v.addCurve("Curve1", std::vector<float>(200, 1.0f), 0.5);  // X 0 .. 99.5
+    EXPECT_EQ(v.xAxis()->tickType(), QValueAxis::TicksDynamic);
+    EXPECT_DOUBLE_EQ(v.xAxis()->tickAnchor(), 0);
+    EXPECT_DOUBLE_EQ(v.xAxis()->tickInterval(), 10);
+    v.setYLimits(-163.9, 109.4);
+    EXPECT_DOUBLE_EQ(v.yAxis()->tickAnchor(), 0);
+    EXPECT_DOUBLE_EQ(v.yAxis()->tickInterval(), 50);
+    v.setYLimits(-0.15, 3.15);
+    EXPECT_DOUBLE_EQ(v.yAxis()->tickInterval(), 0.5);
+}
+
 TEST(ChartView, CurvesTakeTheirColoursInTurn) {
     ChartView v;
     for (int i = 0; i < 4; ++i) v.addCurve("Curve", std::vector<float>{1}, 1);

@@ -256,7 +256,7 @@ TEST(ViewTrendWindow, TheChartKeepsARoomySizeAtTheWindowsSmallestSize) {
     r.w->resize(r.w->minimumSize());
     QTest::qWait(20);
     EXPECT_EQ(r.w->size(), r.w->minimumSize());
-    EXPECT_GE(r.chart()->width(), 400);
+    EXPECT_GE(r.chart()->width(), 320);
     EXPECT_GE(r.chart()->height(), 200);
 }
 

@@ -17,6 +17,35 @@ namespace {
 const QColor kPenColours[] = {QColor(0, 90, 200), QColor(210, 40, 30), QColor(20, 140, 40),
                               QColor(150, 60, 170)};
 
+// A tick step of 1, 2 or 5 times a power of ten that cuts `span` into about `parts`.
+double niceStep(double span, int parts) {
+    const double raw = span / parts;
+    if (!(raw > 0) || !std::isfinite(raw)) return 1;
+    const double magnitude = std::pow(10.0, std::floor(std::log10(raw)));
+    const double n = raw / magnitude;
+    const double factor = n < 1.5 ? 1 : n < 3 ? 2 : n < 7 ? 5 : 10;
+    return factor * magnitude;
+}
+
+// A range with ticks at round values (109.394 and 24.875 are hard to read): multiples of a
+// 1-2-5 step, anchored at 0, about `parts` of them. The step and the range change in the
+// order that never asks the axis for thousands of ticks in between.
+void setRoundRange(QValueAxis* axis, double low, double high, int parts) {
+    const double step = niceStep(high - low, parts);
+    axis->setTickType(QValueAxis::TicksDynamic);
+    axis->setTickAnchor(0);
+    if (step >= axis->tickInterval()) {
+        axis->setTickInterval(step);
+        axis->setRange(low, high);
+    } else {
+        axis->setRange(low, high);
+        axis->setTickInterval(step);
+    }
+}
+
+constexpr int kXParts = 8;
+constexpr int kYParts = 6;
+
 }  // namespace
 
 ChartView::ChartView(QWidget* parent) : QChartView(parent) {
@@ -39,6 +68,8 @@ ChartView::ChartView(QWidget* parent) : QChartView(parent) {
     c->addAxis(xLabels_, Qt::AlignBottom);
     c->addAxis(yAxis_, Qt::AlignLeft);
     setChart(c);
+    setRoundRange(xAxis_, 0, 1, kXParts);
+    setRoundRange(yAxis_, 0, 1, kYParts);
 }
 
 QColor ChartView::curveColour(int index) {
@@ -99,7 +130,7 @@ void ChartView::fitX() {
     for (QLineSeries* s : curves_)
         if (s->count() > 0) last = std::max(last, s->at(s->count() - 1).x());
     if (last <= 0) last = 1;
-    xAxis_->setRange(0, last);
+    setRoundRange(xAxis_, 0, last, kXParts);
     xLabels_->setRange(0, last);
 }
 
@@ -119,7 +150,7 @@ void ChartView::autoScaleY() {
     // A flat curve still gets a band to sit in.
     const double pad = hi > lo ? (hi - lo) * 0.05 : std::max(1.0, std::abs(hi) * 0.05);
     yAxis_->setReverse(false);
-    yAxis_->setRange(lo - pad, hi + pad);
+    setRoundRange(yAxis_, lo - pad, hi + pad, kYParts);
 }
 
 void ChartView::setYLimits(double minimum, double maximum) {
@@ -133,7 +164,7 @@ void ChartView::setYLimits(double minimum, double maximum) {
         maximum += half;
     }
     yAxis_->setReverse(minimum > maximum);
-    yAxis_->setRange(std::min(minimum, maximum), std::max(minimum, maximum));
+    setRoundRange(yAxis_, std::min(minimum, maximum), std::max(minimum, maximum), kYParts);
 }
 
 int ChartView::xLabelCount() const {

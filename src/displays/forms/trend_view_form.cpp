@@ -65,12 +65,16 @@ ViewTrendWindow::ViewTrendWindow(Station& st, ErrorReport& report, QWidget* pare
         QFont f = l->font();
         f.setBold(true);
         l->setFont(f);
-        l->setMinimumWidth(40);
+        // A long label wraps instead of widening the window.
+        l->setWordWrap(true);
+        l->setAlignment(Qt::AlignLeft | Qt::AlignTop);
         lbl1_[static_cast<std::size_t>(i)] = l;
     }
     lbl5_ = valueLabel("Lbl5", kViewTrendNumberHeading, this);
     lbl4_ = new QLabel(this);
     lbl4_->setObjectName("Lbl4");
+    // Room for the longest period, so the heading never clips it.
+    lbl4_->setMinimumWidth(lbl4_->fontMetrics().horizontalAdvance("Sample Period 32767mS"));
     lblRate_ = valueLabel("LblRate", kViewTrendRateHeading, this);
     lblRate_->setMinimumWidth(56);
     txtLowY_ = limitBox("TxtLowY", "0", this);
@@ -85,7 +89,7 @@ ViewTrendWindow::ViewTrendWindow(Station& st, ErrorReport& report, QWidget* pare
     auto* comNext = button("ComNext", kViewTrendNextCaption, this);
     auto* comExit = button("ComExit", kViewTrendExitCaption, this);
 
-    // Heading: trend number, sample period, measured rate, logging.
+    // Heading: trend number, sample period, measured rate.
     auto* trendHeading = new QLabel(kViewTrendNumberHeading, this);
     trendHeading->setBuddy(lbl5_);
     auto* rateHeading = new QLabel(kViewTrendRateHeading, this);
@@ -99,8 +103,6 @@ ViewTrendWindow::ViewTrendWindow(Station& st, ErrorReport& report, QWidget* pare
     top->addWidget(rateHeading);
     top->addWidget(lblRate_);
     top->addWidget(new QLabel(kViewTrendRateUnit, this));
-    top->addSpacing(16);
-    top->addWidget(optLog_);
 
     // The pens, each in its curve's colour.
     auto* pens = new QGridLayout;
@@ -128,6 +130,8 @@ ViewTrendWindow::ViewTrendWindow(Station& st, ErrorReport& report, QWidget* pare
     buttons->addWidget(comPrev);
     buttons->addWidget(comNext);
     buttons->addStretch();
+    buttons->addWidget(optLog_);
+    buttons->addStretch();
     buttons->addWidget(comExit);
 
     auto* layout = new QVBoxLayout(this);
@@ -136,7 +140,6 @@ ViewTrendWindow::ViewTrendWindow(Station& st, ErrorReport& report, QWidget* pare
     layout->addWidget(chart_, 1);
     layout->addLayout(limits);
     layout->addLayout(buttons);
-    setMinimumSize(480, 400);
     resize(780, 560);
 
     setTabOrder(txtLowY_, txtUpperY_);
