@@ -35,6 +35,8 @@
 #include "logging/log_status.h"
 #include "daq/port_messages.h"
 #include "displays/forms/min_max_form.h"
+#include "displays/forms/trend_setup_form.h"
+#include "displays/forms/trend_view_form.h"
 #include "tags/forms/daq_type_form.h"
 #include "tags/forms/tag_editor_form.h"
 
@@ -407,8 +409,7 @@ void MainWindow::showHelp(const QString& topic) {
     });
 }
 
-// The one place where each menu item's window is made. Windows still to come leave a note
-// in the status bar.
+// The one place where each menu item's window is made.
 QWidget* MainWindow::createWindow(WindowKind kind) {
     switch (kind) {
         case WindowKind::Periods:
@@ -425,8 +426,7 @@ QWidget* MainWindow::createWindow(WindowKind kind) {
         case WindowKind::Screens:
             return new ReadingsSetupWindow(st_, report_, this);
         case WindowKind::TrendSetup:
-            notAvailable("Trend Set Up");
-            return nullptr;
+            return new SetTrendWindow(st_, report_, this);
         case WindowKind::LogParameters:
             return new SetLoggingWindow(st_, report_, this);
         case WindowKind::LogStartStop: {
@@ -451,8 +451,7 @@ QWidget* MainWindow::createWindow(WindowKind kind) {
         case WindowKind::MinMax:
             return new MinMaxWindow(st_, report_, this);
         case WindowKind::Trends:
-            notAvailable("Trends");
-            return nullptr;
+            return new ViewTrendWindow(st_, report_, this);
         case WindowKind::AlarmList:
             return new AlarmListWindow(st_, report_, *printer_, this);
         case WindowKind::History:
@@ -463,10 +462,6 @@ QWidget* MainWindow::createWindow(WindowKind kind) {
             return new PrinterPortWindow(st_, report_, this);
     }
     return nullptr;
-}
-
-void MainWindow::notAvailable(const QString& what) {
-    statusPanel_->setText("The " + what + " window is not part of this version yet");
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {

@@ -88,7 +88,6 @@ class MainWindow : public QMainWindow {
     QAction* addItem(QMenu* menu, const char* name, const char* caption);
     QAction* addWindowItem(QMenu* menu, const char* name, const char* caption, WindowKind kind);
     QWidget* createWindow(WindowKind kind);
-    void notAvailable(const QString& what);
     void mirror();
     void refreshTitle();
     void fileNew();

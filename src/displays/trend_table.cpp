@@ -8,4 +8,11 @@ void ResetTrendSamples(TrendState& t) {
     t.OldestSample = 1;
 }
 
+std::int16_t StepTrend(std::int16_t trend, int step) {
+    const int next = trend + step;
+    if (next > 10) return 1;
+    if (next < 1) return 10;
+    return static_cast<std::int16_t>(next);
+}
+
 }  // namespace kova

@@ -19,4 +19,7 @@ struct TrendState {
 // Every cell 0, the first sample goes to row 1.
 void ResetTrendSamples(TrendState& trends);
 
+// The trend one step on (+1) or back (-1) from `trend`: after 10 comes 1, before 1 comes 10.
+std::int16_t StepTrend(std::int16_t trend, int step);
+
 }  // namespace kova

@@ -3,8 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <QCategoryAxis>
+#include <QCoreApplication>
+#include <QLegend>
+#include <QLegendMarker>
 #include <QLineSeries>
 #include <QValueAxis>
+#include <limits>
 #include <vector>
 
 namespace kova {
@@ -72,6 +76,72 @@ TEST(ChartView, LegendShowsTheTextItIsGiven) {
     v.addCurve("Curve1", std::vector<float>{1}, 1);
     v.setCurveLegend(0, "Tank level");
     EXPECT_EQ(v.series(0)->name(), "Tank level");
+}
+
+TEST(ChartView, ABlankLegendTextHidesTheCurvesLegendEntryButNotTheCurve) {
+    ChartView v;
+    v.show();
+    v.addCurve("Curve1", std::vector<float>{1}, 1);
+    v.addCurve("Curve2", std::vector<float>{2}, 1);
+    auto marker = [&](int i) { return v.chart()->legend()->markers(v.series(i)).value(0); };
+    v.setCurveLegend(1, " ");
+    QCoreApplication::processEvents();  // the legend lays its markers out
+    ASSERT_NE(marker(1), nullptr);
+    EXPECT_FALSE(marker(1)->isVisible());
+    EXPECT_TRUE(marker(0)->isVisible());
+    EXPECT_TRUE(v.series(1)->isVisible());
+    // New points do not bring the entry back.
+    v.replaceCurve(1, std::vector<float>{3, 4}, 1);
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(marker(1)->isVisible());
+    v.setCurveLegend(1, "Pump");
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(marker(1)->isVisible());
+}
+
+TEST(ChartView, LimitsTheWrongWayRoundTurnTheAxisUpsideDown) {
+    ChartView v;
+    v.addCurve("Curve1", std::vector<float>{1, 7}, 1);
+    v.setYLimits(10, 5);
+    EXPECT_TRUE(v.yAxis()->isReverse());  // 10 at the bottom, 5 at the top
+    EXPECT_DOUBLE_EQ(v.yAxis()->min(), 5);
+    EXPECT_DOUBLE_EQ(v.yAxis()->max(), 10);
+    v.setYLimits(0, 4000);
+    EXPECT_FALSE(v.yAxis()->isReverse());
+    v.setYLimits(10, 5);
+    v.autoScaleY();
+    EXPECT_FALSE(v.yAxis()->isReverse());
+}
+
+TEST(ChartView, EqualLimitsGetABandAndLimitsBeyondADoubleAreIgnored) {
+    ChartView v;
+    v.addCurve("Curve1", std::vector<float>{1, 7}, 1);
+    v.setYLimits(3, 3);
+    EXPECT_LT(v.yAxis()->min(), 3);
+    EXPECT_GT(v.yAxis()->max(), 3);
+    v.setYLimits(0, 100);
+    v.setYLimits(0, std::numeric_limits<double>::infinity());
+    EXPECT_DOUBLE_EQ(v.yAxis()->max(), 100);
+}
+
+TEST(ChartView, TicksFallOnRoundValuesWhateverTheRange) {
+    ChartView v;
+    v.addCurve("Curve1", std::vector<float>(200, 1.0f), 0.5);  // X 0 .. 99.5
+    EXPECT_EQ(v.xAxis()->tickType(), QValueAxis::TicksDynamic);
+    EXPECT_DOUBLE_EQ(v.xAxis()->tickAnchor(), 0);
+    EXPECT_DOUBLE_EQ(v.xAxis()->tickInterval(), 10);
+    v.setYLimits(-163.9, 109.4);
+    EXPECT_DOUBLE_EQ(v.yAxis()->tickAnchor(), 0);
+    EXPECT_DOUBLE_EQ(v.yAxis()->tickInterval(), 50);
+    v.setYLimits(-0.15, 3.15);
+    EXPECT_DOUBLE_EQ(v.yAxis()->tickInterval(), 0.5);
+}
+
+TEST(ChartView, CurvesTakeTheirColoursInTurn) {
+    ChartView v;
+    for (int i = 0; i < 4; ++i) v.addCurve("Curve", std::vector<float>{1}, 1);
+    for (int i = 0; i < 4; ++i) EXPECT_EQ(v.series(i)->pen().color(), ChartView::curveColour(i));
+    EXPECT_NE(ChartView::curveColour(0), ChartView::curveColour(1));
 }
 
 }  // namespace kova

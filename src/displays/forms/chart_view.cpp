@@ -2,9 +2,11 @@
 
 #include <QCategoryAxis>
 #include <QChart>
+#include <QLegendMarker>
 #include <QLineSeries>
 #include <QValueAxis>
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 namespace kova {
@@ -14,6 +16,35 @@ namespace {
 // Four pens that stay apart on screen and on a grey-scale print.
 const QColor kPenColours[] = {QColor(0, 90, 200), QColor(210, 40, 30), QColor(20, 140, 40),
                               QColor(150, 60, 170)};
+
+// A tick step of 1, 2 or 5 times a power of ten that cuts `span` into about `parts`.
+double niceStep(double span, int parts) {
+    const double raw = span / parts;
+    if (!(raw > 0) || !std::isfinite(raw)) return 1;
+    const double magnitude = std::pow(10.0, std::floor(std::log10(raw)));
+    const double n = raw / magnitude;
+    const double factor = n < 1.5 ? 1 : n < 3 ? 2 : n < 7 ? 5 : 10;
+    return factor * magnitude;
+}
+
+// A range with ticks at round values (109.394 and 24.875 are hard to read): multiples of a
+// 1-2-5 step, anchored at 0, about `parts` of them. The step and the range change in the
+// order that never asks the axis for thousands of ticks in between.
+void setRoundRange(QValueAxis* axis, double low, double high, int parts) {
+    const double step = niceStep(high - low, parts);
+    axis->setTickType(QValueAxis::TicksDynamic);
+    axis->setTickAnchor(0);
+    if (step >= axis->tickInterval()) {
+        axis->setTickInterval(step);
+        axis->setRange(low, high);
+    } else {
+        axis->setRange(low, high);
+        axis->setTickInterval(step);
+    }
+}
+
+constexpr int kXParts = 8;
+constexpr int kYParts = 6;
 
 }  // namespace
 
@@ -37,6 +68,12 @@ ChartView::ChartView(QWidget* parent) : QChartView(parent) {
     c->addAxis(xLabels_, Qt::AlignBottom);
     c->addAxis(yAxis_, Qt::AlignLeft);
     setChart(c);
+    setRoundRange(xAxis_, 0, 1, kXParts);
+    setRoundRange(yAxis_, 0, 1, kYParts);
+}
+
+QColor ChartView::curveColour(int index) {
+    return kPenColours[(index % 4 + 4) % 4];
 }
 
 int ChartView::curveCount() const {
@@ -60,7 +97,7 @@ void ChartView::setPoints(QLineSeries* s, std::span<const float> y, double xIncr
 void ChartView::addCurve(const std::string& name, std::span<const float> y, double xIncrement) {
     auto* s = new QLineSeries(chart());
     s->setName(QString::fromStdString(name));
-    QPen pen(kPenColours[curves_.size() % 4]);
+    QPen pen(curveColour(curveCount()));
     pen.setWidthF(1.5);
     s->setPen(pen);
     setPoints(s, y, xIncrement);
@@ -79,7 +116,13 @@ void ChartView::replaceCurve(int index, std::span<const float> y, double xIncrem
 }
 
 void ChartView::setCurveLegend(int index, const std::string& text) {
-    if (QLineSeries* s = series(index)) s->setName(QString::fromStdString(text));
+    QLineSeries* s = series(index);
+    if (!s) return;
+    const QString name = QString::fromStdString(text);
+    s->setName(name);
+    // A pen with no tag keeps its curve but no empty entry in the legend.
+    const bool blank = name.trimmed().isEmpty();
+    for (QLegendMarker* m : chart()->legend()->markers(s)) m->setVisible(!blank);
 }
 
 void ChartView::fitX() {
@@ -87,7 +130,7 @@ void ChartView::fitX() {
     for (QLineSeries* s : curves_)
         if (s->count() > 0) last = std::max(last, s->at(s->count() - 1).x());
     if (last <= 0) last = 1;
-    xAxis_->setRange(0, last);
+    setRoundRange(xAxis_, 0, last, kXParts);
     xLabels_->setRange(0, last);
 }
 
@@ -106,11 +149,22 @@ void ChartView::autoScaleY() {
     }
     // A flat curve still gets a band to sit in.
     const double pad = hi > lo ? (hi - lo) * 0.05 : std::max(1.0, std::abs(hi) * 0.05);
-    yAxis_->setRange(lo - pad, hi + pad);
+    yAxis_->setReverse(false);
+    setRoundRange(yAxis_, lo - pad, hi + pad, kYParts);
 }
 
 void ChartView::setYLimits(double minimum, double maximum) {
-    yAxis_->setRange(minimum, maximum);
+    // A limit too large for a double ("1E999") cannot be drawn: the axis stays as it was.
+    if (!std::isfinite(minimum) || !std::isfinite(maximum)) return;
+    // Qt's axis needs minimum < maximum. Limits the wrong way round turn the axis upside
+    // down, so the bottom still shows the minimum given; equal limits get a band around them.
+    if (minimum == maximum) {
+        const double half = std::max(0.5, std::abs(minimum) * 0.05);
+        minimum -= half;
+        maximum += half;
+    }
+    yAxis_->setReverse(minimum > maximum);
+    setRoundRange(yAxis_, std::min(minimum, maximum), std::max(minimum, maximum), kYParts);
 }
 
 int ChartView::xLabelCount() const {

@@ -2,6 +2,7 @@
 // The charting control on Qt Charts: the chart widget the trend and history windows show,
 // driven through the engine's ChartPlot seam.
 #include <QChartView>
+#include <QColor>
 #include <vector>
 
 #include "platform/chart_plot.h"
@@ -26,6 +27,9 @@ class ChartView final : public QChartView, public ChartPlot {
     int xLabelCount() const override;
     void removeXLabel(int index) override;
     void addXLabel(double x, const std::string& text) override;
+
+    // The colour of curve index (0-based), so a window can mark its own pen labels alike.
+    static QColor curveColour(int index);
 
     // For tests and screenshots: the series and axes as Qt holds them.
     QLineSeries* series(int index) const;
