@@ -31,6 +31,7 @@ struct StationRig {
             t.TagName = name;
             t.Label = name;
             BindIOName(t, io);
+            t.Address = 1;
             t.Kind = static_cast<std::int16_t>(kind);
             t.Direction = static_cast<std::int16_t>(dir);
             t.RawValue1 = 0;
