@@ -22,6 +22,8 @@
 #include "daq/calibration_model.h"
 #include "daq/forms/calibration_form.h"
 #include "daq/forms/printer_port_form.h"
+#include "displays/forms/readings_setup_form.h"
+#include "displays/forms/readings_view_form.h"
 #include "tags/forms/daq_type_form.h"
 
 namespace kova::app {
@@ -377,8 +379,7 @@ QWidget* MainWindow::createWindow(WindowKind kind) {
             notAvailable("Tag Configuration");
             return nullptr;
         case WindowKind::Screens:
-            notAvailable("Screen Set Up");
-            return nullptr;
+            return new ReadingsSetupWindow(st_, report_, this);
         case WindowKind::TrendSetup:
             notAvailable("Trend Set Up");
             return nullptr;
@@ -397,8 +398,7 @@ QWidget* MainWindow::createWindow(WindowKind kind) {
         case WindowKind::Calibration:
             return new CalibrationWindow(st_, report_, this);
         case WindowKind::Readings:
-            notAvailable("Readings");
-            return nullptr;
+            return new ReadingsViewWindow(st_, report_, this);
         case WindowKind::MinMax:
             notAvailable("Min Max Readings");
             return nullptr;

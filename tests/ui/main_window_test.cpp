@@ -348,8 +348,8 @@ TEST(MainWindow, CalibrationWithAModuleWithoutAnalogInputsShowsTheMessageAndOpen
 TEST(MainWindow, ItemsWhoseWindowsAreStillToComeStayEnabledAndSaySo) {
     Rig r;
     for (const char* name :
-         {"SetUpTags", "SetUpScreens", "SetUpTrends", "Parameters", "StartStop", "Alarms",
-          "Control", "ViewReadings", "MinMax", "ViewTrends", "AlarmView", "History"}) {
+         {"SetUpTags", "SetUpTrends", "Parameters", "StartStop", "Alarms", "Control", "MinMax",
+          "ViewTrends", "AlarmView", "History"}) {
         QAction* a = r.action(name);
         ASSERT_NE(a, nullptr);
         EXPECT_TRUE(a->isEnabled()) << name;
