@@ -99,9 +99,15 @@ Subscriber::Subscriber(int port, const std::string& topic) {
     mosquitto_lib_init();
     client_ = mosquitto_new(nullptr, true, this);
     mosquitto_message_callback_set(client_, &Subscriber::onMessage);
+    mosquitto_subscribe_callback_set(
+        client_, [](mosquitto*, void* self, int, int, const int*) {
+            static_cast<Subscriber*>(self)->subscribed_ = true;
+        });
     EXPECT_EQ(mosquitto_connect(client_, "127.0.0.1", port, 30), MOSQ_ERR_SUCCESS);
     EXPECT_EQ(mosquitto_subscribe(client_, nullptr, topic.c_str(), 1), MOSQ_ERR_SUCCESS);
     mosquitto_loop_start(client_);
+    // What is published after the constructor returns reaches this subscriber.
+    EXPECT_TRUE(WaitUntil([&] { return subscribed_.load(); })) << "no SUBACK for " << topic;
 }
 
 Subscriber::~Subscriber() {

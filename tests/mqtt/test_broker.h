@@ -1,6 +1,7 @@
 #pragma once
 // A private mosquitto broker on a free port of 127.0.0.1 for one test, and a subscriber
 // that records what arrives.
+#include <atomic>
 #include <chrono>
 #include <functional>
 #include <map>
@@ -53,6 +54,7 @@ class Subscriber {
     mosquitto* client_ = nullptr;
     std::mutex mutex_;
     std::vector<Message> messages_;
+    std::atomic<bool> subscribed_{false};
 };
 
 // Waits until the condition holds, at most `timeout`.

@@ -6,7 +6,7 @@
 #include <ostream>
 
 #include "core/numeric.h"
-#include "mqtt/operator_write_rules.h"
+#include "displays/operator_writes.h"
 #include "tags/tag_name_index.h"
 
 namespace kova::mqtt {
@@ -90,11 +90,11 @@ std::string MqttStation::applyWrite(Station& st, const std::string& topic,
         return "refused: " + Trimmed(payload) + " is out of range for " + name;
     if (tag.Kind == 1) {
         if (v != 0 && v != 1) return "refused: " + name + " is digital and takes 0 or 1";
-        OperatorSetDigital(st, n, v == 1);
+        OperatorWriteDigital(st, n, v == 1);
     } else {
-        OperatorSetAnalog(st, n, v);
+        OperatorWriteAnalog(st, n, static_cast<float>(v));
     }
-    // As the readings screen's timer does: pending outputs go to the module at once.
+    // As the readings screen's timer does: what is pending goes to the module.
     SendPendingOutputs(st);
     return {};
 }
