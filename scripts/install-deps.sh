@@ -11,6 +11,7 @@ packages=(
   libmosquitto-dev mosquitto mosquitto-clients
   clang libclang-rt-14-dev
   xvfb xauth xdotool imagemagick
+  poppler-utils
   python3
 )
 

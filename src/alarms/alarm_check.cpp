@@ -22,13 +22,18 @@ void appendHistory(AlarmState& alarms, const std::string& line) {
     ++alarms.HistoryCount;
 }
 
-// Moves one alarm on from the state it had before this pass; returns the line it produced
-// ("" when none).
-std::string stepAlarm(AlarmDef& a, const Tag& tag, const std::string& alarmPrefix,
-                      const std::string& normalPrefix, Beeper& beeper) {
+// What one alarm's step produced: nothing, or a line of this word and message.
+struct AlarmLine {
+    const char* word = nullptr;  // kAlarmWord or kNormalWord; null when no line
+    const std::string* message = nullptr;
+};
+
+// Moves one alarm on from the state it had before this pass. Builds no text: most passes
+// change nothing, and those cost no heap.
+AlarmLine stepAlarm(AlarmDef& a, const Tag& tag, Beeper& beeper) {
     const float v = tag.Value;
     const std::int16_t s = a.State;
-    std::string text;
+    AlarmLine line;
     bool intoHigh = false;
     bool intoLow = false;
     if (tag.Kind == kAnalog) {
@@ -39,24 +44,24 @@ std::string stepAlarm(AlarmDef& a, const Tag& tag, const std::string& alarmPrefi
         intoHigh = s == 0 || s == 4;
         intoLow = s == 0 || s == 4;
     } else {
-        return text;
+        return line;
     }
     if (v >= a.HiVal && intoHigh) {
         a.State = 1;
-        text = alarmPrefix + a.HiMsg;
+        line = {kAlarmWord, &a.HiMsg};
         beeper.beep();
     }
     if (v <= a.LoVal && intoLow) {
         a.State = 2;
-        text = alarmPrefix + a.LoMsg;
+        line = {kAlarmWord, &a.LoMsg};
         beeper.beep();
     }
     if (v > a.LoVal && v < a.HiVal && (s == 1 || s == 2 || s == 3)) {
         a.State = 4;
-        text = normalPrefix + a.NormMsg;
+        line = {kNormalWord, &a.NormMsg};
         beeper.beep();
     }
-    return text;
+    return line;
 }
 
 }  // namespace
@@ -64,18 +69,17 @@ std::string stepAlarm(AlarmDef& a, const Tag& tag, const std::string& alarmPrefi
 void CheckAlarms(Station& st) {
     if (st.switches.AlarmsEnabled == 0) return;
 
+    // Every line of one pass carries the same time: read the clock once, up front.
     const LocalDateTime now = st.platform.clock->now();
-    const std::string alarmPrefix = AlarmLinePrefix(kAlarmWord, now);
-    const std::string normalPrefix = AlarmLinePrefix(kNormalWord, now);
 
     AlarmState& alarms = st.alarms;
     for (int n = 1; n <= kAlarmCount; ++n) {
         AlarmDef& a = alarms.Alarms[n];
         if (a.State < 0 || a.State > 4) a.State = 0;
         if (a.TagNo <= 0) continue;
-        const std::string text =
-            stepAlarm(a, st.tags[a.TagNo], alarmPrefix, normalPrefix, *st.platform.beeper);
-        if (text.empty()) continue;
+        const AlarmLine line = stepAlarm(a, st.tags[a.TagNo], *st.platform.beeper);
+        if (line.word == nullptr) continue;
+        const std::string text = AlarmLinePrefix(line.word, now) + *line.message;
         st.platform.status->setStatusText(text);
         a.LastText = text;
         appendHistory(alarms, text);

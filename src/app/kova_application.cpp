@@ -1,6 +1,9 @@
 #include "app/kova_application.h"
 
+#include <QLocale>
+#include <clocale>
 #include <iostream>
+#include <locale>
 
 #include "core/error_report.h"
 
@@ -9,6 +12,15 @@ namespace kova::app {
 KovaApplication::KovaApplication(int& argc, char** argv) : QApplication(argc, argv) {
     // No display name: it would be appended to every window's caption.
     setApplicationName("KOVA");
+    UseFixedNumberFormat();
+}
+
+void UseFixedNumberFormat() {
+    // QApplication has just set the C library's locale from the environment; numbers in
+    // files, messages and boxes must read and write "." whatever the user's locale.
+    std::setlocale(LC_NUMERIC, "C");
+    std::locale::global(std::locale::classic());
+    QLocale::setDefault(QLocale::c());
 }
 
 bool KovaApplication::notify(QObject* receiver, QEvent* event) {

@@ -1,5 +1,6 @@
 #include "core/atomic_file.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -32,6 +33,12 @@ void WriteFileAtomically(const std::filesystem::path& target, const std::string&
     auto fail = [&](const char* what, const std::string& reason) {
         throw Fault(FaultKind::File, target.string() + ": " + what + ": " + reason);
     };
+    // The rename below would put a plain file in place of a device or a FIFO (as root, even
+    // /dev/full): only a plain file, or a new one, is ever replaced.
+    std::error_code statusError;
+    const auto status = std::filesystem::status(target, statusError);
+    if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status))
+        fail("cannot replace", "not a plain file");
 #ifdef _WIN32
     std::FILE* f = _wfopen(tmp.c_str(), L"wb");
 #else
@@ -59,6 +66,18 @@ void WriteFileAtomically(const std::filesystem::path& target, const std::string&
 
 bool ReadWholeFile(const std::filesystem::path& path, std::string& bytes, std::string& error,
                    std::size_t maxBytes) {
+    // Only a plain file is read: a FIFO would block the open, a device (a link to
+    // /dev/zero) would never end.
+    std::error_code ec;
+    const auto status = std::filesystem::status(path, ec);
+    if (ec && status.type() != std::filesystem::file_type::not_found) {
+        error = path.string() + ": cannot open: " + ec.message();
+        return false;
+    }
+    if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) {
+        error = path.string() + ": not a plain file";
+        return false;
+    }
 #ifdef _WIN32
     std::FILE* f = _wfopen(path.c_str(), L"rb");
 #else
@@ -71,7 +90,8 @@ bool ReadWholeFile(const std::filesystem::path& path, std::string& bytes, std::s
     bytes.clear();
     char buf[8192];
     std::size_t n;
-    while ((n = std::fread(buf, 1, sizeof buf, f)) > 0) {
+    // Never more than one byte past the limit, however much the file offers.
+    while ((n = std::fread(buf, 1, std::min(sizeof buf, maxBytes + 1 - bytes.size()), f)) > 0) {
         bytes.append(buf, n);
         if (bytes.size() > maxBytes) {
             std::fclose(f);

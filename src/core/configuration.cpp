@@ -26,8 +26,8 @@ void ApplyFileNewDefaults(Station& st) {
     clearScreens(st.screens);
     ClearAlarms(st);
     ClearControls(st);
-    // The pens would point at tags that no longer exist: a new configuration has no trends.
-    st.trends.TrendTable.fill(0);
+    // The trend table is not a table File New clears: it lives for the whole run, and its
+    // pens simply plot the cleared tags until the user sets them up again.
     st.periods = Periods{};
     ResetTrendSamples(st.trends);
     rebuildDerived(st);
@@ -38,6 +38,7 @@ void ApplyStartupDefaults(Station& st) {
     // Everything else a setup file holds goes back to its start-up value too, so nothing of
     // a file that failed half-way through remains.
     for (int i = 1; i <= kAlarmCount; ++i) st.alarms.Alarms[i] = AlarmDef{};
+    st.trends.TrendTable.fill(0);
     st.logging = LogSettings{};
     st.switches.LoggingEnabled = Variant::integer(0);
     st.switches.AlarmsEnabled = 0;

@@ -10,11 +10,11 @@ namespace kova {
 inline constexpr const char* kDefaultSetupFile = "Default.Suf";
 
 // File New: clears tags 1..32, screens, alarms and control lines, resets the periods to
-// one second each, trends to the I/O period and the trend sample ring. (The message
-// "Configuration Set to Default" is the caller's.)
+// one second each, trends to the I/O period and the trend sample ring. The trend table
+// stays as it is. (The message "Configuration Set to Default" is the caller's.)
 void ApplyFileNewDefaults(Station& st);
 // Start-up without a loadable setup file: File New's defaults plus logging, daily files,
-// alarms and control off, LPT 1 with base 0, the TEST module.
+// alarms and control off, LPT 1 with base 0, the TEST module, and no trend pens.
 void ApplyStartupDefaults(Station& st);
 // After a setup file was read: slopes and offsets, the I/O list of the saved type, the
 // name index, the module summary and the control count are derived again.

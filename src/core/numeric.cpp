@@ -2,10 +2,10 @@
 
 #include <cctype>
 #include <cfloat>
+#include <charconv>
 #include <cmath>
-#include <cstdio>
-#include <cstdlib>
 #include <limits>
+#include <string_view>
 
 #include "core/fault.h"
 
@@ -68,17 +68,44 @@ float toSingle(double v) {
     return static_cast<float>(v);
 }
 
+// Number-to-text never goes through the C library's locale: a program whose user reads
+// "2,5" still writes "2.5" into its files and messages.
+char* writeNumberText(char* first, char* last, double v) {
+    if (v == 0.0 || std::isnan(v)) {
+        *first = '0';
+        return first + 1;
+    }
+    if (std::isinf(v)) {
+        const char* word = v < 0 ? "-INF" : "INF";
+        while (*word != '\0' && first != last) *first++ = *word++;
+        return first;
+    }
+    const auto r = std::to_chars(first, last, v, std::chars_format::general, 7);
+    for (char* p = first; p != r.ptr; ++p)
+        if (*p == 'e') *p = 'E';
+    return r.ptr;
+}
+
+char* writeFixedText(char* first, char* last, double v, int decimals) {
+    return std::to_chars(first, last, v, std::chars_format::fixed, decimals).ptr;
+}
+
+std::string fixedText(double v, int decimals) {
+    char buf[kNumberTextRoom + 340];  // a fixed double may need more than 300 digits
+    return std::string(buf, writeFixedText(buf, buf + sizeof buf, v, decimals));
+}
+
 std::string plainNumberText(double v) {
-    if (v == 0.0 || std::isnan(v)) return "0";
-    char buf[40];
-    std::snprintf(buf, sizeof buf, "%.7G", v);
-    return buf;
+    char buf[kNumberTextRoom];
+    return std::string(buf, writeNumberText(buf, buf + sizeof buf, v));
 }
 
 std::string numberText(double v) {
-    std::string s = plainNumberText(v);
-    if (s[0] != '-') s.insert(s.begin(), ' ');
-    return s;
+    char buf[kNumberTextRoom];
+    buf[0] = ' ';
+    char* end = writeNumberText(buf + 1, buf + sizeof buf, v);
+    if (buf[1] == '-') return std::string(buf + 1, end);
+    return std::string(buf, end);
 }
 
 namespace {
@@ -110,10 +137,25 @@ std::size_t skipBlanks(const std::string& s, std::size_t pos) {
 }  // namespace
 
 double leadingNumber(const std::string& text) {
-    const std::size_t start = skipBlanks(text, 0);
+    std::size_t start = skipBlanks(text, 0);
     const std::size_t len = numericPrefix(text, start);
     if (len == 0) return 0.0;
-    return std::strtod(text.substr(start, len).c_str(), nullptr);
+    const char* first = text.data() + start;
+    const char* last = first + len;
+    bool negative = false;
+    if (*first == '+' || *first == '-') negative = *first++ == '-';
+    // Read with "." as the decimal point whatever the process locale says.
+    double v = 0.0;
+    const auto r = std::from_chars(first, last, v, std::chars_format::general);
+    if (r.ec == std::errc::result_out_of_range) {
+        // Too large becomes infinity (which no conversion accepts), too small becomes 0.
+        const std::string_view digits(first, static_cast<std::size_t>(last - first));
+        const auto e = digits.find_first_of("eE");
+        const bool tiny =
+            e != std::string_view::npos && e + 1 < digits.size() && digits[e + 1] == '-';
+        v = tiny ? 0.0 : std::numeric_limits<double>::infinity();
+    }
+    return negative ? -v : v;
 }
 
 bool isNumeric(const std::string& text) {

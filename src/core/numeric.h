@@ -25,11 +25,21 @@ std::int32_t toInt32(double v);
 // value is not finite or exceeds the single-precision range.
 float toSingle(double v);
 
+// Every conversion here ignores the process locale: "." is the decimal point.
+//
 // Number-to-text of the system: up to seven significant digits, shortest form, a leading
 // blank when not negative (" 12.5", "-3", " 0.02442002", " 1.234568E+07").
 std::string numberText(double v);
 // The same without the leading blank (listings, labels).
 std::string plainNumberText(double v);
+// Room that numberText needs, blank and sign included.
+inline constexpr int kNumberTextRoom = 32;
+// plainNumberText written into [first, last) (at least kNumberTextRoom bytes) without
+// touching the heap; returns the end of the text.
+char* writeNumberText(char* first, char* last, double v);
+// The value with a fixed number of decimals, "." as the decimal point ("1.500").
+std::string fixedText(double v, int decimals);
+char* writeFixedText(char* first, char* last, double v, int decimals);
 
 // Ordinary text-to-number conversion as the forms use it: leading blanks skipped, the
 // longest numeric prefix read, 0 when there is none.

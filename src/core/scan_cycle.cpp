@@ -26,13 +26,13 @@ void keepTimerInStep(Station& st, float now) {
         if (p.IOUnits == kUnitSeconds)
             st.platform.timer->setInterval(1000);
         else if (p.IOUnits == kUnitMs)
-            st.platform.timer->setInterval(p.IOPeriod);
+            st.platform.timer->setInterval(ScanPeriodMs(p));
         s.LastUnits = p.IOUnits;
         s.LastPeriod = p.IOPeriod;
         s.ScanCount = 0;
         s.RateStart = toInt32(now);
     } else if (p.IOUnits == kUnitMs && s.LastPeriod != p.IOPeriod) {
-        st.platform.timer->setInterval(p.IOPeriod);
+        st.platform.timer->setInterval(ScanPeriodMs(p));
         s.LastPeriod = p.IOPeriod;
         s.ScanCount = 0;
         s.RateStart = toInt32(now);
@@ -98,12 +98,16 @@ long long periodMs(std::int16_t period, std::int16_t units) {
     return units == kUnitSeconds ? static_cast<long long>(period) * 1000 : period;
 }
 
+// The time one scan stands for: in millisecond mode the period the timer really runs at.
+long long scanMs(const Periods& p) {
+    return p.IOUnits == kUnitMs ? ScanPeriodMs(p) : periodMs(p.IOPeriod, p.IOUnits);
+}
+
 // Returns a logging fault, if any, so the rest of the tick still runs; the caller rethrows
 // it at the end for the general error report.
 std::exception_ptr logWhenDue(Station& st) {
     ScanState& s = st.scan;
-    s.LogAccumMs = narrow32(static_cast<long long>(s.LogAccumMs) +
-                            periodMs(st.periods.IOPeriod, st.periods.IOUnits));
+    s.LogAccumMs = narrow32(static_cast<long long>(s.LogAccumMs) + scanMs(st.periods));
     if (s.LogAccumMs < periodMs(st.periods.LogPeriod, st.periods.LogUnits)) return nullptr;
     std::exception_ptr fault;
     try {
@@ -119,6 +123,10 @@ std::exception_ptr logWhenDue(Station& st) {
 }
 
 }  // namespace
+
+int ScanPeriodMs(const Periods& p) {
+    return p.IOPeriod < kShortestScanMs ? kShortestScanMs : p.IOPeriod;
+}
 
 void StoreDigitalInputs(ScanState& scan, std::uint16_t word, int count) {
     const int n = std::min(count, 16);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <charconv>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
@@ -124,8 +125,9 @@ class Writer {
     }
     void bad(const char* field, const Variant& v, const char* type) {
         char buf[40];
-        std::snprintf(buf, sizeof buf, "%.17g", v.number);
-        problem(field, std::string("the value ") + buf + " is not " + type);
+        const auto end =
+            std::to_chars(buf, buf + sizeof buf, v.number, std::chars_format::general, 17).ptr;
+        problem(field, "the value " + std::string(buf, end) + " is not " + type);
     }
 
     int record_ = 0;

@@ -22,6 +22,7 @@
 #include "platform/prompter.h"
 #include "platform/scan_timer.h"
 #include "platform/status_sink.h"
+#include "platform/steady_clock.h"
 #include "tags/daq_profile.h"
 #include "tags/tag.h"
 #include "tags/tag_name_index.h"
@@ -37,6 +38,7 @@ struct Platform {
     Beeper* beeper;
     StatusSink* status;
     ScanTimer* timer;
+    SteadyClock* steady;  // bounds the drivers' waits for a module's answer
     Platform();
 };
 
@@ -56,6 +58,7 @@ struct Station {
     LogSettings logging;
     LogRunState logRun;
     ScanState scan;
+    std::int16_t tagPlaceHolders = 0;  // numbers the AVAR place-holders deleting a tag leaves
 
     std::string setupFileName;            // the setup file in use
     std::filesystem::path workingFolder;  // where "Default.Suf" and "KOVA_P.CAL" live

@@ -1,8 +1,6 @@
 #include "daq/calibration.h"
 
 #include <cmath>
-#include <fstream>
-#include <sstream>
 #include <vector>
 
 #include "core/atomic_file.h"
@@ -90,16 +88,12 @@ CalibrationLoad LoadCalibration(const std::filesystem::path& folder) {
         }
         return r;
     }
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    std::string why;
+    std::string text, why;
     CalibrationData parsed;
-    if (!in && !in.eof()) {
-        r.error = path.string() + ": cannot be read";
-    } else if (text.str().size() > 4096) {
-        r.error = path.string() + ": too long for a calibration file";
-    } else if (!ParseCalibrationText(text.str(), parsed, why)) {
+    if (!ReadWholeFile(path, text, r.error, kLargestCalibrationFile)) {
+        if (text.size() > kLargestCalibrationFile)
+            r.error = path.string() + ": too long for a calibration file";
+    } else if (!ParseCalibrationText(text, parsed, why)) {
         r.error = path.string() + ": " + why;
     } else {
         r.data = parsed;

@@ -8,6 +8,9 @@
 namespace kova {
 
 inline constexpr const char* kCalibrationFileName = "KOVA_P.CAL";
+// A calibration file holds one short line; anything longer is not one, and is never read
+// further than this.
+inline constexpr std::size_t kLargestCalibrationFile = 4096;
 
 struct CalibrationData {
     std::int16_t CalInput = 4000;
@@ -27,7 +30,8 @@ struct CalibrationLoad {
 };
 
 // Reads "KOVA_P.CAL" from folder; when it is missing, writes one with 4000 4000 0.
-// A file that cannot be read gives the defaults and an error naming the file.
+// A file that cannot be read (not a plain file, too long, not three numbers) gives the
+// defaults and an error naming the file.
 CalibrationLoad LoadCalibration(const std::filesystem::path& folder);
 
 // The file's text: each number in print form (a blank before non-negative numbers),

@@ -90,29 +90,54 @@ std::string LogHeaderLine(const Station& st) {
     return line + kLogLineEnd;
 }
 
-std::string LogRecordLine(const Station& st) {
+void FormatLogRecordLine(const Station& st, std::string& line) {
     const LogSettings& s = st.logging;
     const LogRunState& r = st.logRun;
+    line.clear();
+    char buf[kNumberTextRoom + 64];
+    auto put = [&](const char* first, const char* last) { line.append(first, last); };
+
     const float elapsed =
         static_cast<float>(st.periods.LogPeriod) * static_cast<float>(r.SampleNumber);
-    char buf[64];
-    if (st.periods.LogUnits == kUnitMs)
-        std::snprintf(buf, sizeof buf, "%.3f", static_cast<double>(elapsed / 1000.0f));
-    else
-        std::snprintf(buf, sizeof buf, "%.0f", static_cast<double>(elapsed));
-    std::string line = std::string(buf) + ",";
-    if (s.LogTimeColumn.isOn())
-        line += LogTimeText(r.LogHour, r.LogMinute, r.LogSecond, r.LogMillisecond) + ",";
-    if (s.LogDateColumn.isOn()) line += LogDateText(r.LogDate, s.DateFormatUS != 0) + ",";
+    // Seconds with three decimals for a millisecond period, whole seconds otherwise; "."
+    // whatever the locale.
+    const bool ms = st.periods.LogUnits == kUnitMs;
+    const double seconds =
+        ms ? static_cast<double>(elapsed / 1000.0f) : static_cast<double>(elapsed);
+    put(buf, writeFixedText(buf, buf + sizeof buf, seconds, ms ? 3 : 0));
+    line += ',';
+    if (s.LogTimeColumn.isOn()) {
+        const int n = std::snprintf(buf, sizeof buf, "%02d:%02d:%02d.%03d,", r.LogHour, r.LogMinute,
+                                    r.LogSecond, r.LogMillisecond);
+        put(buf, buf + n);
+    }
+    if (s.LogDateColumn.isOn()) {
+        int year = 0, month = 0, day = 0;
+        dateFromSerial(r.LogDate, year, month, day);
+        const bool us = s.DateFormatUS != 0;
+        const int n = std::snprintf(buf, sizeof buf, "%02d/%02d/%02d,", us ? month : day,
+                                    us ? day : month, ((year % 100) + 100) % 100);
+        put(buf, buf + n);
+    }
     bool first = true;
     for (int n = 1; n <= kUserTags; ++n) {
         const Tag& t = st.tag(n);
         if (!loggedTag(t)) continue;
         if (!first) line += ',';
-        line += numberText(static_cast<double>(t.Value)) + " ";
+        // The print form of a number: a blank where a minus sign would go, one after.
+        buf[0] = ' ';
+        char* end = writeNumberText(buf + 1, buf + sizeof buf, static_cast<double>(t.Value));
+        put(buf[1] == '-' ? buf + 1 : buf, end);
+        line += ' ';
         first = false;
     }
-    return line + kLogLineEnd;
+    line += kLogLineEnd;
+}
+
+std::string LogRecordLine(const Station& st) {
+    std::string line;
+    FormatLogRecordLine(st, line);
+    return line;
 }
 
 }  // namespace kova

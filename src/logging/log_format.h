@@ -28,5 +28,8 @@ std::string LogFileText(const std::string& utf8);
 std::string LogHeaderLine(const Station& st);
 // The record line for the current SampleNumber and logging clock, as written to the file.
 std::string LogRecordLine(const Station& st);
+// The same into a buffer the caller keeps: once the buffer has grown to a record's length,
+// formatting a record takes nothing from the heap.
+void FormatLogRecordLine(const Station& st, std::string& line);
 
 }  // namespace kova

@@ -25,6 +25,8 @@ bool dailyMode(const Station& st) {
                               const std::string& reason) {
     st.logRun.File.close();
     st.switches.LoggingEnabled = Variant::integer(0);
+    st.logRun.LastStop = {LogStop::Why::Failed, file, st.logRun.SampleNumber,
+                          std::string(what) + ": " + reason};
     throw Fault(FaultKind::File,
                 "Log file \"" + file + "\" " + what + ": " + reason + " (logging switched off)");
 }
@@ -36,10 +38,12 @@ void openOrStop(Station& st, bool truncate) {
 }
 
 void writeOrStop(Station& st, const std::string& bytes) {
+    const std::string reason = st.logRun.File.write(bytes);
+    if (reason.empty()) return;
+    // Named only on failure: a record written costs no copy of the path.
     const std::string name =
         st.logRun.File.isOpen() ? st.logRun.File.path() : st.logging.LogFileName;
-    const std::string reason = st.logRun.File.write(bytes);
-    if (!reason.empty()) stopLogging(st, name, "cannot be written", reason);
+    stopLogging(st, name, "cannot be written", reason);
 }
 
 std::string upper(std::string s) {
@@ -150,7 +154,8 @@ void WriteLogRecord(Station& st) {
         r.FileDate = r.LogDate;
     }
     r.SampleNumber = narrow32(static_cast<long long>(r.SampleNumber) + 1);
-    writeOrStop(st, LogRecordLine(st));
+    FormatLogRecordLine(st, r.RecordLine);
+    writeOrStop(st, r.RecordLine);
 }
 
 }  // namespace kova

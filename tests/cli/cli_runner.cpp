@@ -23,6 +23,11 @@ CliResult RunCli(const std::vector<std::string>& args) {
 }
 
 CliResult RunCliIn(const std::filesystem::path& folder, const std::vector<std::string>& args) {
+    return RunCliTo(folder, args, {});
+}
+
+CliResult RunCliTo(const std::filesystem::path& folder, const std::vector<std::string>& args,
+                   const std::filesystem::path& standardOutput) {
     CliResult result;
     const auto cli = CliPath();
     if (cli.empty()) {
@@ -30,7 +35,7 @@ CliResult RunCliIn(const std::filesystem::path& folder, const std::vector<std::s
         return result;
     }
     TempFolder dir;
-    const auto out = dir / "stdout";
+    const auto out = standardOutput.empty() ? dir / "stdout" : standardOutput;
     const auto err = dir / "stderr";
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
@@ -52,7 +57,7 @@ CliResult RunCliIn(const std::filesystem::path& folder, const std::vector<std::s
     int status = 0;
     waitpid(pid, &status, 0);
     result.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-    result.out = ReadFileBytes(out);
+    if (standardOutput.empty()) result.out = ReadFileBytes(out);
     result.err = ReadFileBytes(err);
     return result;
 }

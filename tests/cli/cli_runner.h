@@ -16,5 +16,9 @@ std::filesystem::path CliPath();
 CliResult RunCli(const std::vector<std::string>& args);
 // The same with the given working folder (where run finds "KOVA_P.CAL").
 CliResult RunCliIn(const std::filesystem::path& folder, const std::vector<std::string>& args);
+// The same with standard output going to the given file (a device such as /dev/full);
+// `out` stays empty then.
+CliResult RunCliTo(const std::filesystem::path& folder, const std::vector<std::string>& args,
+                   const std::filesystem::path& standardOutput);
 
 }  // namespace kova::test

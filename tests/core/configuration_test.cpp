@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "core/setup_file.h"
+#include "core/trend_sampling.h"
 #include "platform/recording_port_io.h"
 #include "platform/simulated_bus.h"
 #include "support/test_support.h"
@@ -49,7 +50,7 @@ TEST(Configuration, FileNewClearsTheTablesAndResetsThePeriods) {
     EXPECT_EQ(st->tags[1], Tag{});
     EXPECT_EQ(st->tags[33].TagName, "TS");  // system variables stay
     EXPECT_EQ(st->screens.Headers[1].Title, "");
-    EXPECT_EQ(st->trends.TrendTable(1, 1), 0);
+    EXPECT_EQ(st->trends.TrendTable(1, 1), 1);  // the trend table is not cleared
     EXPECT_EQ(st->alarms.Alarms[1].TagNo, 0);
     EXPECT_EQ(st->control.Lines[1].ThenText, "");
     EXPECT_EQ(st->periods, Periods{});
@@ -61,6 +62,23 @@ TEST(Configuration, FileNewClearsTheTablesAndResetsThePeriods) {
     EXPECT_EQ(st->switches.ControlsEnabled, 0);
     EXPECT_EQ(st->minMax.TagMaximum[1], 42.0f);  // extremes are not part of a configuration
     EXPECT_EQ(FindTag(st->nameIndex, "LEVEL"), 0);
+}
+
+TEST(Configuration, FileNewLeavesTheTrendTableAndItsPensSampleTheClearedTags) {
+    auto st = configuredStation();
+    st->trends.TrendTable(3, 2) = 7;
+    st->tags[1].Value = 55;
+    ApplyFileNewDefaults(*st);
+    EXPECT_EQ(st->trends.TrendTable(1, 1), 1);
+    EXPECT_EQ(st->trends.TrendTable(3, 2), 7);
+    SampleTrends(*st);
+    EXPECT_EQ(st->trends.TrendSamples(1, 1), 0.0f);  // tag 1 was cleared with the tag table
+}
+
+TEST(Configuration, StartupDefaultsLeaveNoTrendPens) {
+    auto st = configuredStation();
+    ApplyStartupDefaults(*st);
+    EXPECT_EQ(st->trends.TrendTable(1, 1), 0);
 }
 
 TEST(Configuration, StartupWithoutADefaultFileUsesTheDefaultsSilently) {

@@ -229,6 +229,33 @@ TEST(ScanCycle, SystemVariablesFollowTheClock) {
     EXPECT_EQ(r.st.tags[kTagSU].Value, 0.0f);
 }
 
+TEST(ScanCycle, DayOfWeekIsSevenOnASaturdayAndOneOnTheSundayAfter) {
+    Rig r;
+    r.clock.set({2026, 11, 21, 23, 59, 59, 0});  // a Saturday: 7, not 0 as modulo 7 gives
+    r.tick();
+    EXPECT_EQ(r.st.tags[kTagDW].Value, 7.0f);
+    r.clock.set({2026, 11, 22, 0, 0, 0, 0});
+    r.tick();
+    EXPECT_EQ(r.st.tags[kTagDW].Value, 1.0f);
+    r.clock.set({2000, 1, 1, 12, 0, 0, 0});  // a Saturday too, at the turn of a century
+    r.tick();
+    EXPECT_EQ(r.st.tags[kTagDW].Value, 7.0f);
+}
+
+TEST(ScanCycle, AMillisecondPeriodBelowFiftyRunsAtFiftyAndNeverSpins) {
+    for (const std::int16_t period : {std::int16_t{0}, std::int16_t{-100}, std::int16_t{10}}) {
+        Rig r;
+        r.st.periods = {period, kUnitMs, 100, kUnitMs, 0};
+        r.ticksN(4);
+        EXPECT_EQ(r.timer.intervals, std::vector<int>{kShortestScanMs}) << period;
+        // Each scan stands for the 50 ms it really takes: a record's worth every second scan.
+        EXPECT_EQ(r.st.scan.LogAccumMs, 0) << period;
+        r.tick();
+        EXPECT_EQ(r.st.scan.LogAccumMs, 50) << period;
+        EXPECT_EQ(r.st.periods.IOPeriod, period);  // the stored value stays as the file has it
+    }
+}
+
 TEST(ScanCycle, StartUpFlagReadsZeroOnTheFirstControlPassThenOne) {
     Rig r;
     r.countTicksWithControl();

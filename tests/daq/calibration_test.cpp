@@ -1,6 +1,9 @@
 #include "daq/calibration.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <filesystem>
 
 #include "core/fault.h"
 #include "support/test_support.h"
@@ -75,6 +78,46 @@ TEST(Calibration, BadFileGivesDefaultsAndNamesTheFile) {
     test::WriteFileBytes(dir / "KOVA_P.CAL", "99999 4000 0\r\n");
     r = LoadCalibration(dir.path());
     EXPECT_NE(r.error.find("16-bit"), std::string::npos);
+}
+
+}  // namespace kova
+
+namespace kova {
+
+// A calibration file is read only as far as one can be long, and only when it is a plain
+// file: a link to /dev/zero neither grows memory nor hangs, a FIFO does not block.
+TEST(Calibration, DeviceOrFifoInPlaceOfTheFileGivesDefaultsAndNamesIt) {
+    for (const bool zero : {true, false}) {
+        test::TempFolder dir;
+        const auto file = dir / kCalibrationFileName;
+        if (zero)
+            std::filesystem::create_symlink("/dev/zero", file);
+        else
+            ASSERT_EQ(::mkfifo(file.c_str(), 0600), 0);
+        const CalibrationLoad r = LoadCalibration(dir.path());
+        EXPECT_EQ(r.data, CalibrationData{});
+        EXPECT_FALSE(r.created);
+        EXPECT_EQ(r.error, file.string() + ": not a plain file");
+    }
+}
+
+TEST(Calibration, OversizedFileIsRefusedNamingIt) {
+    test::TempFolder dir;
+    test::WriteFileBytes(dir / kCalibrationFileName,
+                         " 4000  4000  0 " + std::string(kLargestCalibrationFile, ' '));
+    const CalibrationLoad r = LoadCalibration(dir.path());
+    EXPECT_EQ(r.data, CalibrationData{});
+    EXPECT_EQ(r.error, (dir / kCalibrationFileName).string() + ": too long for a calibration file");
+}
+
+TEST(Calibration, FileOfExactlyTheLargestSizeIsRead) {
+    test::TempFolder dir;
+    std::string text = " 3950  3934  4 \r\n";
+    text.resize(kLargestCalibrationFile, ' ');
+    test::WriteFileBytes(dir / kCalibrationFileName, text);
+    const CalibrationLoad r = LoadCalibration(dir.path());
+    EXPECT_EQ(r.error, "");
+    EXPECT_EQ(r.data, (CalibrationData{3950, 3934, 4}));
 }
 
 }  // namespace kova

@@ -1,6 +1,6 @@
 // kova-cli build FILE.json -o FILE.SUF
+#include <CLI/CLI.hpp>
 #include <memory>
-#include <optional>
 
 #include "commands.h"
 #include "core/atomic_file.h"
@@ -8,42 +8,60 @@
 #include "core/setup_file.h"
 #include "setup_json.h"
 
-int BuildCommand(const std::vector<std::string>& args) {
-    using namespace kova;
-    constexpr const char* kUsage = "build: usage: kova-cli build FILE.json -o FILE.SUF";
-    std::optional<std::string> input, output;
-    for (std::size_t i = 0; i < args.size(); ++i) {
-        if (args[i] == "-o") {
-            if (output || i + 1 >= args.size()) return cli::Fail(kUsage);
-            output = args[++i];
-        } else if (!input && !args[i].empty() && args[i][0] != '-') {
-            input = args[i];
-        } else {
-            return cli::Fail(kUsage);
-        }
-    }
-    if (!input || !output || output->empty()) return cli::Fail(kUsage);
+namespace kova::cli {
 
+namespace {
+struct BuildOptions {
+    std::string input;
+    std::string output;
+};
+
+// nlohmann's message without its "[json.exception.parse_error.101] " tag.
+std::string jsonMessage(const Json::exception& e) {
+    std::string what = e.what();
+    if (const auto at = what.find("] "); at != std::string::npos) what.erase(0, at + 2);
+    return what;
+}
+
+int build(const BuildOptions& o) {
+    if (o.output.empty()) return Fail("build: -o needs the setup file to write");
     std::string text, error;
-    if (!ReadWholeFile(*input, text, error, 16u << 20)) return cli::Fail("build: " + error);
-    cli::Json json;
+    if (!ReadWholeFile(o.input, text, error, 16u << 20)) return Fail("build: " + error);
+    // Every error from here on names the file it is about.
+    Json json;
     try {
-        json = cli::Json::parse(text);
-    } catch (const cli::Json::parse_error& e) {
-        std::string what = e.what();
-        if (const auto at = what.find("] "); at != std::string::npos) what.erase(0, at + 2);
-        return cli::Fail("build: " + *input + ": not valid JSON: " + what);
+        json = Json::parse(text);
+    } catch (const Json::exception& e) {  // a syntax error, a number like 1e400
+        return Fail("build: " + o.input + ": not valid JSON: " + jsonMessage(e));
     }
     auto st = std::make_unique<Station>();
     try {
-        cli::SetupFromJson(json, *st);
-    } catch (const cli::JsonKeyError& e) {
-        return cli::Fail("build: " + *input + ": " + e.what());
+        SetupFromJson(json, *st);
+    } catch (const JsonKeyError& e) {
+        return Fail("build: " + o.input + ": " + e.what());
+    } catch (const Json::exception& e) {
+        return Fail("build: " + o.input + ": " + jsonMessage(e));
+    } catch (const Fault& e) {
+        return Fail("build: " + o.input + ": " + e.what());
     }
     try {
-        SaveSetupFile(*st, *output);
+        SaveSetupFile(*st, o.output);  // its faults name the output file
     } catch (const Fault& e) {
-        return cli::Fail(std::string("build: ") + e.what());
+        return Fail(std::string("build: ") + e.what());
+    } catch (const std::exception& e) {
+        return Fail("build: " + o.output + ": " + e.what());
     }
     return 0;
 }
+}  // namespace
+
+void AddBuildCommand(CLI::App& app, CommandRun& run) {
+    auto o = std::make_shared<BuildOptions>();
+    CLI::App* cmd =
+        app.add_subcommand("build", "Writes the setup file exactly as a JSON description says");
+    cmd->add_option("FILE.json", o->input, "The JSON description (as dump writes it)")->required();
+    cmd->add_option("-o", o->output, "The setup file to write")->required()->type_name("FILE.SUF");
+    cmd->callback([o, &run] { run = [o] { return build(*o); }; });
+}
+
+}  // namespace kova::cli

@@ -1,16 +1,22 @@
 // kova-cli check FILE.SUF: runs every checker over the file and lists what they find.
+#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <memory>
 
+#include "cli_check_tags.h"
+#include "cli_output.h"
 #include "commands.h"
 #include "control/line_check.h"
 #include "core/atomic_file.h"
 #include "core/configuration.h"
+#include "core/numeric.h"
+#include "core/scan_cycle.h"
 #include "core/setup_file.h"
+#include "logging/log_texts.h"
+
+namespace kova::cli {
 
 namespace {
-
-using namespace kova;
 
 // What the checkers look at: the file's bytes and, when every record reads, the
 // configuration it holds (null otherwise).
@@ -54,6 +60,87 @@ void CheckValues(const SetupUnderCheck& file, Problems& problems) {
     }
 }
 
+std::string oneLine(std::string text) {
+    for (char& c : text)
+        if (c == '\n') c = ' ';
+    return text;
+}
+
+// A numeric variant's value; strings and empty values are left to the record checks.
+bool numberOf(const Variant& v, double& out) {
+    if (v.type == kVarString || v.type == kVarEmpty || v.type == kVarNull) return false;
+    out = v.number;
+    return true;
+}
+
+// Values a file can carry but a set-up window would refuse, each with the window's own
+// words, so the user knows which window puts it right.
+void CheckSetupWindowValues(const SetupUnderCheck& file, Problems& problems) {
+    const Station& st = *file.station;
+    const Periods& p = st.periods;
+    auto add = [&](const std::string& what, const char* message) {
+        problems.push_back(what + ": the periods window refuses it (\"" + message + "\")");
+    };
+    const bool ioMs = p.IOUnits == kUnitMs, logMs = p.LogUnits == kUnitMs;
+    if (ioMs && p.IOPeriod < kShortestScanMs)
+        add("IOPeriod " + std::to_string(p.IOPeriod) + " mSeconds (the scan runs it as " +
+                std::to_string(kShortestScanMs) + " mSeconds)",
+            "Time Between I/O Readings Cannot Be Less than 50mSecs");
+    if (logMs && p.LogPeriod < kShortestScanMs)
+        add("LogPeriod " + std::to_string(p.LogPeriod) + " mSeconds",
+            "Time Between Logging Readings Cannot Be Less than 50mSecs");
+    const bool unitsKnown =
+        (ioMs || p.IOUnits == kUnitSeconds) && (logMs || p.LogUnits == kUnitSeconds);
+    if (unitsKnown && static_cast<long long>(p.IOPeriod) * p.IOUnits >
+                          static_cast<long long>(p.LogPeriod) * p.LogUnits)
+        add("IOPeriod " + std::to_string(p.IOPeriod) + (ioMs ? " mSeconds" : " Seconds") +
+                " with LogPeriod " + std::to_string(p.LogPeriod) +
+                (logMs ? " mSeconds" : " Seconds"),
+            "Period for I/O Readings must be less than or equal to Logging Period");
+
+    const LogSettings& log = st.logging;
+    auto logProblem = [&](const std::string& what, const char* message) {
+        problems.push_back(what + ": the logging start/stop window refuses it (\"" +
+                           oneLine(message) + "\")");
+    };
+    double v = 0;
+    if (numberOf(log.StopSampleCount, v) && (v < 0 || v > 32000))
+        logProblem("StopSampleCount " + plainNumberText(v), logtext::kSampleNumberRange);
+    auto clock = [&](const char* name, const Variant& hour, const Variant& minute,
+                     const char* message) {
+        double h = 0, m = 0;
+        const bool hasHour = numberOf(hour, h), hasMinute = numberOf(minute, m);
+        if ((hasHour && (h < 0 || h > 23 || h != static_cast<long long>(h))) ||
+            (hasMinute && (m < 0 || m > 59 || m != static_cast<long long>(m))))
+            logProblem(std::string(name) + " " + plainNumberText(h) + ":" + plainNumberText(m),
+                       message);
+    };
+    clock("start time", log.StartHour, log.StartMinute, logtext::kStartTimeFormat);
+    clock("stop time", log.StopHour, log.StopMinute, logtext::kStopTimeFormat);
+    if (log.LogMode < 0 || log.LogMode > 2)
+        problems.push_back("LogMode " + std::to_string(log.LogMode) +
+                           " is none of 0 (samples), 1 (tag value), 2 (clock times)");
+    if (log.LogMode == 1 && (log.ConditionTag < 1 || log.ConditionTag > 42))
+        logProblem("ConditionTag " + std::to_string(log.ConditionTag) + " (logging by tag value)",
+                   logtext::kTagNotFound);
+
+    for (int t = 1; t <= 10; ++t)
+        for (int pen = 1; pen <= 4; ++pen) {
+            const int n = st.trends.TrendTable(t, pen);
+            if (n < 0 || n > 42)
+                problems.push_back("trend " + std::to_string(t) + " pen " + std::to_string(pen) +
+                                   ": tag number " + std::to_string(n) + " is outside 0..42");
+        }
+    if (st.daq.PrinterPortNumber < 1)
+        problems.push_back("PrinterPortNumber " + std::to_string(st.daq.PrinterPortNumber) +
+                           " is not a printer port (LPT 1 and up)");
+}
+
+// Named tags the tag editor would not accept as they stand.
+void CheckTags(const SetupUnderCheck& file, Problems& problems) {
+    for (auto& p : CheckTagRecords(*file.station)) problems.push_back(std::move(p));
+}
+
 // Every stored control line compiles as the editor would check it.
 void CheckControlLines(const SetupUnderCheck& file, Problems& problems) {
     for (auto& p : CheckControlTable(*file.station)) problems.push_back(std::move(p));
@@ -69,18 +156,15 @@ struct Checker {
 constexpr Checker kCheckers[] = {
     {"records", CheckRecordsRead, false},
     {"values", CheckValues, true},
+    {"set-up windows", CheckSetupWindowValues, true},
+    {"tags", CheckTags, true},
     {"control lines", CheckControlLines, true},
 };
 
-}  // namespace
-
-int CheckCommand(const std::vector<std::string>& args) {
-    if (args.size() != 1 || args[0].empty() || args[0][0] == '-')
-        return cli::Fail("check: expected one setup file: kova-cli check FILE.SUF");
-    const std::string& path = args[0];
+int check(const std::string& path) {
     SetupUnderCheck file;
     std::string error;
-    if (!ReadWholeFile(path, file.bytes, error, 1u << 20)) return cli::Fail("check: " + error);
+    if (!ReadWholeFile(path, file.bytes, error, 1u << 20)) return Fail("check: " + error);
     auto st = std::make_unique<Station>();
     Problems problems;
     if (DecodeSetupFile(*st, file.bytes, error)) {
@@ -96,7 +180,21 @@ int CheckCommand(const std::vector<std::string>& args) {
         if (c.needsStation && !file.station) continue;
         c.run(file, problems);
     }
-    for (const auto& p : problems) std::printf("%s: %s\n", path.c_str(), p.c_str());
-    if (problems.empty()) std::printf("%s: no problems found\n", path.c_str());
+    std::string report;
+    for (const auto& p : problems) report += path + ": " + p + "\n";
+    if (problems.empty()) report = path + ": no problems found\n";
+    if (!WriteStandardOutput(report, error)) return Fail("check: " + error);
     return problems.empty() ? 0 : 1;
 }
+
+}  // namespace
+
+void AddCheckCommand(CLI::App& app, CommandRun& run) {
+    auto path = std::make_shared<std::string>();
+    CLI::App* cmd = app.add_subcommand(
+        "check", "Every problem of a setup file, one per line (exit 1 when there are any)");
+    cmd->add_option("FILE.SUF", *path, "The setup file")->required();
+    cmd->callback([path, &run] { run = [path] { return check(*path); }; });
+}
+
+}  // namespace kova::cli

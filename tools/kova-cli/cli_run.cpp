@@ -12,7 +12,10 @@
 #include <thread>
 #include <vector>
 
-#include <fstream>
+#include <CLI/CLI.hpp>
+
+#include "cli_output.h"
+#include "cli_run_options.h"
 #include "commands.h"
 #include "core/configuration.h"
 #include "core/fault.h"
@@ -23,112 +26,13 @@
 #include "logging/log_writer.h"
 #include "platform/port_backends.h"
 #include "platform/simulated_bus.h"
+#include "run_support.h"
 #include "setup_json.h"
 
 namespace kova::cli {
 namespace {
 
 std::atomic<bool> gStop{false};
-extern "C" void onSignal(int) {
-    gStop = true;
-}
-
-struct RunOptions {
-    std::string file;
-    std::optional<long long> ticks;
-    std::optional<LocalDateTime> start;
-    bool poll = false;
-    bool log = false;
-    std::optional<std::string> save;
-    std::optional<std::string> state;
-    bool simPort = false;
-};
-
-// "YYYY-MM-DD HH:MM:SS.mmm" (the milliseconds may be left out).
-std::optional<LocalDateTime> parseStart(const std::string& s) {
-    LocalDateTime t;
-    int n = 0;
-    if (std::sscanf(s.c_str(), "%d-%d-%d %d:%d:%d%n", &t.year, &t.month, &t.day, &t.hour, &t.minute,
-                    &t.second, &n) != 6)
-        return std::nullopt;
-    const std::string rest = s.substr(static_cast<std::size_t>(n));
-    if (!rest.empty()) {
-        if (rest.size() != 4 || rest[0] != '.') return std::nullopt;
-        for (std::size_t i = 1; i < 4; ++i)
-            if (rest[i] < '0' || rest[i] > '9') return std::nullopt;
-        t.millisecond = std::atoi(rest.c_str() + 1);
-    }
-    if (t.month < 1 || t.month > 12 || t.day < 1 || t.day > 31 || t.hour > 23 || t.minute > 59 ||
-        t.second > 59 || t.year < 1900 || t.year > 9999 || t.hour < 0 || t.minute < 0 ||
-        t.second < 0)
-        return std::nullopt;
-    return t;
-}
-
-bool parseOptions(const std::vector<std::string>& args, RunOptions& o, std::string& error) {
-    for (std::size_t i = 0; i < args.size(); ++i) {
-        const std::string& a = args[i];
-        auto value = [&](const char* name) -> std::optional<std::string> {
-            if (i + 1 >= args.size()) {
-                error = std::string(name) + " needs a value";
-                return std::nullopt;
-            }
-            return args[++i];
-        };
-        if (a == "--ticks") {
-            const auto v = value("--ticks");
-            if (!v) return false;
-            char* end = nullptr;
-            const long long n = std::strtoll(v->c_str(), &end, 10);
-            if (v->empty() || *end != '\0' || n < 0) {
-                error = "--ticks takes a whole number, not \"" + *v + "\"";
-                return false;
-            }
-            o.ticks = n;
-        } else if (a == "--start") {
-            const auto v = value("--start");
-            if (!v) return false;
-            o.start = parseStart(*v);
-            if (!o.start) {
-                error = "--start takes \"YYYY-MM-DD HH:MM:SS.mmm\", not \"" + *v + "\"";
-                return false;
-            }
-        } else if (a == "--poll") {
-            o.poll = true;
-        } else if (a == "--log") {
-            o.log = true;
-        } else if (a == "--save") {
-            const auto v = value("--save");
-            if (!v) return false;
-            o.save = *v;
-        } else if (a == "--state") {
-            const auto v = value("--state");
-            if (!v) return false;
-            o.state = *v;
-        } else if (a == "--port") {
-            const auto v = value("--port");
-            if (!v) return false;
-            if (*v != "sim") {
-                error = "--port takes \"sim\", not \"" + *v + "\"";
-                return false;
-            }
-            o.simPort = true;
-        } else if (!a.empty() && a[0] == '-') {
-            error = "unknown option " + a;
-            return false;
-        } else if (o.file.empty()) {
-            o.file = a;
-        } else {
-            error = "more than one setup file given";
-            return false;
-        }
-    }
-    if (o.file.empty()) {
-        error = "no setup file given";
-        return false;
-    }
-    return true;
-}
 
 // Prints each alarm line as it reaches the status bar.
 class PrintingStatus final : public StatusSink {
@@ -163,7 +67,7 @@ class FaultReport {
 
 // What the run ends with and the setup file does not hold: every tag's value (system
 // variables included), the extremes, the output image and the scan rate.
-bool writeState(const Station& st, const std::string& path) {
+bool writeState(const Station& st, const std::string& path, std::string& error) {
     Json j;
     Json tags = Json::array();
     for (int i = 1; i <= kTableTags; ++i)
@@ -182,9 +86,7 @@ bool writeState(const Station& st, const std::string& path) {
     for (int i = 1; i <= 32; ++i) ao.push_back(st.daq.AnalogOutputValues[i]);
     j["AnalogOutputValues"] = ao;
     j["ScanTime"] = st.scan.ScanTime;
-    std::ofstream out(path, std::ios::binary);
-    out << j.dump(2) << "\n";
-    return static_cast<bool>(out);
+    return WriteOutputFile(path, j.dump(2) + "\n", error);
 }
 
 }  // namespace
@@ -193,13 +95,8 @@ bool writeState(const Station& st, const std::string& path) {
 using namespace kova;
 using namespace kova::cli;
 
-int RunCommand(const std::vector<std::string>& args) {
-    RunOptions o;
-    std::string error;
-    if (!parseOptions(args, o, error)) {
-        return Fail("run: " + error);
-    }
-
+static int RunCommand(const RunOptions& o) {
+    InstallStopSignals(gStop);
     Station st;
     st.workingFolder = std::filesystem::current_path();
     PrintingStatus status;
@@ -219,6 +116,9 @@ int RunCommand(const std::vector<std::string>& args) {
     if (!loaded.ok) {
         return Fail("run: " + loaded.error);
     }
+    // As the program does: say so, and go on with the identity calibration.
+    if (!loaded.calibrationError.empty())
+        std::fprintf(stderr, "kova-cli: run: %s\n", loaded.calibrationError.c_str());
     if (o.simPort) {
         st.platform.port = &bus;
         SelectPort(st, st.daq.PrinterPortNumber,
@@ -231,16 +131,24 @@ int RunCommand(const std::vector<std::string>& args) {
         std::string problem;
         realPort = OpenPortBackend(st.daq.PrinterPortNumber, problem);
         st.platform.port = realPort.get();
-        if (!problem.empty()) std::fprintf(stderr, "kova-cli: run: %s\n", problem.c_str());
         SelectPort(st, st.daq.PrinterPortNumber,
                    static_cast<std::uint16_t>(st.daq.PrinterPortBase));
     }
 
+    MeasureSpeedForRun(st, gStop);
+    RunTeller teller;
+    teller.tell(st);
+
     FaultReport report;
+    bool writeFailed = false;  // a file (the log) could not be written: exit code 2
     auto guarded = [&](auto&& action) {
         try {
             action();
             return true;
+        } catch (const Fault& e) {
+            writeFailed = writeFailed || e.kind() == FaultKind::File;
+            report.fault(e.what());
+            return false;
         } catch (const std::exception& e) {
             report.fault(e.what());
             return false;
@@ -249,27 +157,41 @@ int RunCommand(const std::vector<std::string>& args) {
     if (o.poll) st.switches.PollEnabled = true;
     if (o.log) guarded([&] { ToggleLogging(st); });
 
-    std::signal(SIGINT, onSignal);
-    std::signal(SIGTERM, onSignal);
     auto next = std::chrono::steady_clock::now();
     for (long long n = 0; !gStop && (!o.ticks || n < *o.ticks); ++n) {
         if (o.start) {
             if (n > 0) simClock.advance(timer.interval);
         } else if (n > 0) {
             next += std::chrono::milliseconds(timer.interval);
-            std::this_thread::sleep_until(next);
-            if (gStop) break;
+            if (!SleepUntilOrStop(next, gStop)) break;
         }
         if (guarded([&] { Tick(st); })) report.clear();
+        teller.tell(st);
     }
 
     guarded([&] { CloseLogFile(st); });
-    int rc = 0;
-    if (o.save && !guarded([&] { SaveConfiguration(st, *o.save); })) rc = 1;
-    if (o.state && !writeState(st, *o.state)) {
-        std::fprintf(stderr, "kova-cli: run: %s: cannot write the state file\n", o.state->c_str());
-        rc = 1;
+    // A write that failed names its file and makes the exit code 2.
+    int rc = writeFailed ? 2 : 0;
+    if (o.save) {
+        try {
+            SaveConfiguration(st, *o.save);
+        } catch (const std::exception& e) {
+            rc = Fail(std::string("run: ") + e.what());
+        }
     }
+    std::string error;
+    if (o.state && !writeState(st, *o.state, error)) rc = Fail("run: " + error);
     if (simulator) std::printf("%s\n", simulator->LatchedOutputsLine().c_str());
+    if (!FinishStandardOutput(error)) rc = Fail("run: " + error);
     return rc;
+}
+
+void kova::cli::AddRunCommand(CLI::App& app, CommandRun& run) {
+    auto o = std::make_shared<RunOptions>();
+    CLI::App* cmd = app.add_subcommand(
+        "run",
+        "Runs the scan of a setup file without a display, as the program's start-up "
+        "would run it");
+    AddRunOptions(*cmd, *o);
+    cmd->callback([o, &run] { run = [o] { return RunCommand(*o); }; });
 }

@@ -1,35 +1,27 @@
-// kova-cli: the engine's command-line front end. Picks the command; each command lives in
-// a file of its own (cli_<command>.cpp).
+// kova-cli: the engine's command-line front end. Each command lives in a file of its own
+// (cli_<command>.cpp) and declares its options there; this file reads the command line.
+#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <exception>
 #include <string>
-#include <vector>
 
 #include "commands.h"
 
 namespace {
 
-struct Command {
-    const char* name;
-    int (*run)(const std::vector<std::string>&);
-};
+constexpr const char* kUsage =
+    "usage: kova-cli dump FILE.SUF\n"
+    "       kova-cli build FILE.json -o FILE.SUF\n"
+    "       kova-cli check FILE.SUF\n"
+    "       kova-cli run FILE.SUF [--ticks N] [--start \"YYYY-MM-DD HH:MM:SS.mmm\"] [--poll] "
+    "[--log]\n"
+    "                    [--save OUT.SUF] [--state OUT.json] [--port sim]\n"
+    "Each command has its own --help.";
 
-constexpr Command kCommands[] = {
-    {"dump", DumpCommand},
-    {"build", BuildCommand},
-    {"check", CheckCommand},
-    {"run", RunCommand},
-};
-
-void usage(std::FILE* out) {
-    std::fputs(
-        "usage: kova-cli dump FILE.SUF\n"
-        "       kova-cli build FILE.json -o FILE.SUF\n"
-        "       kova-cli run FILE.SUF [--ticks N] [--start \"YYYY-MM-DD HH:MM:SS.mmm\"] [--poll] "
-        "[--log] [--save OUT.SUF]\n"
-        "                    [--state OUT.json] [--port sim]\n"
-        "       kova-cli check FILE.SUF\n",
-        out);
+bool isCommand(const CLI::App& app, const std::string& name) {
+    for (const CLI::App* sub : app.get_subcommands([](const CLI::App*) { return true; }))
+        if (sub->get_name() == name) return true;
+    return false;
 }
 
 }  // namespace
@@ -45,21 +37,39 @@ int Fail(const std::string& message) {
 }  // namespace kova::cli
 
 int main(int argc, char** argv) {
-    using kova::cli::Fail;
+    using namespace kova::cli;
+    CLI::App app("kova-cli: inspect, build, check and run KOVA setup files", "kova-cli");
+    app.require_subcommand(1);
+    CommandRun run;
+    AddDumpCommand(app, run);
+    AddBuildCommand(app, run);
+    AddCheckCommand(app, run);
+    AddRunCommand(app, run);
+    app.footer(kUsage);  // after the commands, which would inherit it
+
     if (argc < 2) return Fail("no command given (kova-cli --help lists them)");
     const std::string name = argv[1];
-    if (name == "--help" || name == "-h" || name == "help") {
-        usage(stdout);
+    if (name == "help") {
+        std::printf("%s", app.help().c_str());
         return 0;
     }
-    const std::vector<std::string> args(argv + 2, argv + argc);
-    for (const Command& c : kCommands) {
-        if (name != c.name) continue;
-        try {
-            return c.run(args);
-        } catch (const std::exception& e) {
-            return Fail(name + ": " + e.what());
-        }
+    if (!name.empty() && name[0] == '-' && name != "-h" && name != "--help")
+        return Fail("unknown option " + name + " (kova-cli --help lists the commands)");
+    if (name.empty() || (name[0] != '-' && !isCommand(app, name)))
+        return Fail("unknown command \"" + name + "\" (kova-cli --help lists the commands)");
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::Success& e) {
+        return app.exit(e);  // --help: the help of the command asked about, on stdout
+    } catch (const CLI::ParseError& e) {
+        // "kova-cli: <command>: <what is wrong> (kova-cli <command> --help)"
+        std::string what = e.what();
+        if (what.empty()) what = "cannot read the command line";
+        return Fail(name + ": " + what + " (kova-cli " + name + " --help)");
     }
-    return Fail("unknown command \"" + name + "\" (kova-cli --help lists the commands)");
+    try {
+        return run ? run() : Fail("no command given (kova-cli --help lists them)");
+    } catch (const std::exception& e) {
+        return Fail(name + ": " + e.what());
+    }
 }

@@ -1,0 +1,62 @@
+#pragma once
+// The "Tag Configuration" window (CfgTags): one user tag at a time, its scaling points in
+// the "Scaling" frame, the I/O names of the selected module in a drop-down.
+#include <QWidget>
+
+#include "core/error_report.h"
+#include "core/station.h"
+#include "tags/tag_editor.h"
+
+class QCheckBox;
+class QComboBox;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+
+namespace kova {
+
+class Printer;
+
+class TagEditorWindow : public QWidget {
+    Q_OBJECT
+  public:
+    TagEditorWindow(Station& st, ErrorReport& report, Printer& printer, QWidget* parent = nullptr);
+
+    // The buttons.
+    void previousClicked();
+    void nextClicked();
+    void findClicked();
+    void deleteClicked();
+    void printClicked();
+    void exitClicked();
+
+  protected:
+    // Closing the window by its frame stores nothing but, like E&xit, leaves the name index
+    // and the module summary matching the table.
+    void closeEvent(QCloseEvent* event) override;
+
+  private:
+    void display();
+    void read();
+    void ioNameChosen(int index);
+
+    Station& st_;
+    ErrorReport& report_;
+    Printer& printer_;
+    TagForm form_;
+    bool left_ = false;
+
+    QLabel* lblTag_;
+    QLineEdit* txtLabel_;
+    QLineEdit* txtTagName_;
+    QLineEdit* txtRTUAddr_;
+    QComboBox* cboIOName_;
+    QLineEdit* txtRawValue1_;
+    QLineEdit* txtRawValue2_;
+    QLineEdit* txtEngValue1_;
+    QLineEdit* txtEngValue2_;
+    QLineEdit* txtUnits_;
+    QCheckBox* chkLog_;
+};
+
+}  // namespace kova

@@ -1,0 +1,30 @@
+#pragma once
+// The options of kova-cli run. A new group of options adds its fields here and its own
+// Add...Options function beside AddRunOptions, so each group stays in one place.
+#include <optional>
+#include <string>
+
+#include "platform/clock.h"
+
+namespace CLI {
+class App;
+}
+
+namespace kova::cli {
+
+struct RunOptions {
+    std::string file;
+    std::optional<long long> ticks;
+    std::optional<LocalDateTime> start;
+    bool poll = false;
+    bool log = false;
+    std::optional<std::string> save;
+    std::optional<std::string> state;
+    bool simPort = false;
+};
+
+// Declares the setup file and every option of run on the run command; the values land in
+// `o` while the command line is read, typed and range-checked.
+void AddRunOptions(CLI::App& run, RunOptions& o);
+
+}  // namespace kova::cli
