@@ -42,8 +42,9 @@ struct Broker {
     std::filesystem::path conf =
         std::filesystem::temp_directory_path() / ("kova-bench-mqtt-" + std::to_string(getpid()));
     Broker() {
-        std::ofstream(conf) << "listener " << port
-                            << " 127.0.0.1\nallow_anonymous true\npersistence false\nlog_dest none\n";
+        std::ofstream(conf)
+            << "listener " << port
+            << " 127.0.0.1\nallow_anonymous true\npersistence false\nlog_dest none\n";
         const char* bin = "/usr/sbin/mosquitto";
         if (access(bin, X_OK) != 0) return;
         std::string c = conf.string();
@@ -93,8 +94,9 @@ void BM_Publish32ChangedTags(benchmark::State& state) {
         for (int n = 1; n <= kova::kUserTags; ++n) st.tags[n].Value = v + static_cast<float>(n);
         station.publishTags(st);
     }
-    state.counters["allocs/tick"] = benchmark::Counter(
-        static_cast<double>(kova::bench::AllocationCount() - before), benchmark::Counter::kAvgIterations);
+    state.counters["allocs/tick"] =
+        benchmark::Counter(static_cast<double>(kova::bench::AllocationCount() - before),
+                           benchmark::Counter::kAvgIterations);
     state.counters["tags/tick"] = benchmark::Counter(
         static_cast<double>(station.published() - first), benchmark::Counter::kAvgIterations);
 }

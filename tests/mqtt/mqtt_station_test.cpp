@@ -134,8 +134,7 @@ TEST(MqttStation, KilledStationReadsOfflineThroughTheLastWill) {
     waitpid(child, nullptr, 0);
     Subscriber sub(broker.port(), "kova/test/status");
     // The broker notices the dead connection at once (the socket closed).
-    ASSERT_TRUE(sub.waitFor(
-        [](auto& m) { return !m.empty() && m.back().payload == "offline"; }))
+    ASSERT_TRUE(sub.waitFor([](auto& m) { return !m.empty() && m.back().payload == "offline"; }))
         << "last status: " << sub.last("kova/test/status");
 }
 

@@ -1,6 +1,7 @@
 #include "mqtt/test_broker.h"
 
 #include <arpa/inet.h>
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <mosquitto.h>
 #include <netinet/in.h>
@@ -10,6 +11,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstdlib>
 #include <fstream>
 #include <thread>
 
@@ -99,10 +101,9 @@ Subscriber::Subscriber(int port, const std::string& topic) {
     mosquitto_lib_init();
     client_ = mosquitto_new(nullptr, true, this);
     mosquitto_message_callback_set(client_, &Subscriber::onMessage);
-    mosquitto_subscribe_callback_set(
-        client_, [](mosquitto*, void* self, int, int, const int*) {
-            static_cast<Subscriber*>(self)->subscribed_ = true;
-        });
+    mosquitto_subscribe_callback_set(client_, [](mosquitto*, void* self, int, int, const int*) {
+        static_cast<Subscriber*>(self)->subscribed_ = true;
+    });
     EXPECT_EQ(mosquitto_connect(client_, "127.0.0.1", port, 30), MOSQ_ERR_SUCCESS);
     EXPECT_EQ(mosquitto_subscribe(client_, nullptr, topic.c_str(), 1), MOSQ_ERR_SUCCESS);
     mosquitto_loop_start(client_);
@@ -119,10 +120,10 @@ Subscriber::~Subscriber() {
 void Subscriber::onMessage(mosquitto*, void* self, const mosquitto_message* m) {
     auto* s = static_cast<Subscriber*>(self);
     std::lock_guard lock(s->mutex_);
-    s->messages_.push_back({m->topic,
-                            std::string(static_cast<const char*>(m->payload),
-                                        static_cast<std::size_t>(m->payloadlen)),
-                            m->retain});
+    s->messages_.push_back(
+        {m->topic,
+         std::string(static_cast<const char*>(m->payload), static_cast<std::size_t>(m->payloadlen)),
+         m->retain});
 }
 
 bool Subscriber::waitFor(const std::function<bool(const std::vector<Message>&)>& done,
@@ -151,6 +152,33 @@ int Subscriber::count(const std::string& topic) {
 void Subscriber::publish(const std::string& topic, const std::string& payload) {
     mosquitto_publish(client_, nullptr, topic.c_str(), static_cast<int>(payload.size()),
                       payload.data(), 1, false);
+}
+
+pid_t StartCli(const std::filesystem::path& folder, const std::vector<std::string>& args) {
+    const char* cli = std::getenv("KOVA_CLI");
+    EXPECT_NE(cli, nullptr) << "KOVA_CLI is not set";
+    if (!cli) return -1;
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    const std::string out = (folder / "stdout").string(), err = (folder / "stderr").string();
+    posix_spawn_file_actions_addopen(&actions, 1, out.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+    posix_spawn_file_actions_addopen(&actions, 2, err.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+    posix_spawn_file_actions_addchdir_np(&actions, folder.c_str());
+    std::vector<std::string> all = {cli};
+    all.insert(all.end(), args.begin(), args.end());
+    std::vector<char*> argv;
+    for (auto& a : all) argv.push_back(a.data());
+    argv.push_back(nullptr);
+    pid_t pid = -1;
+    EXPECT_EQ(posix_spawn(&pid, cli, &actions, nullptr, argv.data(), environ), 0);
+    posix_spawn_file_actions_destroy(&actions);
+    return pid;
+}
+
+int WaitCli(pid_t pid) {
+    int status = 0;
+    if (waitpid(pid, &status, 0) != pid) return -1;
+    return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
 }
 
 }  // namespace kova::test

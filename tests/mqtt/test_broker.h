@@ -1,13 +1,14 @@
 #pragma once
 // A private mosquitto broker on a free port of 127.0.0.1 for one test, and a subscriber
 // that records what arrives.
+#include <sys/types.h>
 #include <atomic>
 #include <chrono>
+#include <filesystem>
 #include <functional>
 #include <map>
 #include <mutex>
 #include <string>
-#include <sys/types.h>
 #include <vector>
 
 #include "support/test_support.h"
@@ -56,6 +57,12 @@ class Subscriber {
     std::vector<Message> messages_;
     std::atomic<bool> subscribed_{false};
 };
+
+// kova-cli (KOVA_CLI) started in `folder` with its output in folder/stdout and
+// folder/stderr; returns its process id.
+pid_t StartCli(const std::filesystem::path& folder, const std::vector<std::string>& args);
+// Waits for it to end; its exit code, or 128 + the signal that ended it.
+int WaitCli(pid_t pid);
 
 // Waits until the condition holds, at most `timeout`.
 bool WaitUntil(const std::function<bool()>& condition,

@@ -48,8 +48,9 @@ std::unique_ptr<MqttLink> MqttLink::Start(const MqttOptions& options, std::strin
         if (!options.passwordFile.empty() &&
             !ReadPasswordFile(options.passwordFile, password, error))
             return nullptr;
-        rc = mosquitto_username_pw_set(c, options.username.empty() ? nullptr : options.username.c_str(),
-                                       options.passwordFile.empty() ? nullptr : password.c_str());
+        rc = mosquitto_username_pw_set(
+            c, options.username.empty() ? nullptr : options.username.c_str(),
+            options.passwordFile.empty() ? nullptr : password.c_str());
         if (rc != MOSQ_ERR_SUCCESS) {
             error = std::string("MQTT: user name and password: ") + mosquitto_strerror(rc);
             return nullptr;
@@ -73,6 +74,8 @@ std::unique_ptr<MqttLink> MqttLink::Start(const MqttOptions& options, std::strin
         error = "MQTT: cannot connect to \"" + options.host + "\"";
         return nullptr;
     }
+    // Queued first, so "online" is the first thing the broker hears from this station.
+    mosquitto_publish(c, nullptr, status.c_str(), 6, "online", kQos, true);
     rc = mosquitto_loop_start(c);
     if (rc != MOSQ_ERR_SUCCESS) {
         error = std::string("MQTT: the network thread cannot start: ") + mosquitto_strerror(rc);
@@ -99,9 +102,9 @@ MqttLink::~MqttLink() {
 }
 
 bool MqttLink::publish(const std::string& topic, const std::string& payload, bool retain) {
-    const int rc = mosquitto_publish(client_, nullptr, topic.c_str(),
-                                     static_cast<int>(payload.size()), payload.data(), kQos,
-                                     retain);
+    const int rc =
+        mosquitto_publish(client_, nullptr, topic.c_str(), static_cast<int>(payload.size()),
+                          payload.data(), kQos, retain);
     return rc == MOSQ_ERR_SUCCESS;
 }
 

@@ -6,8 +6,7 @@
 
 namespace kova::mqtt {
 
-bool ParseBrokerAddress(const std::string& text, std::string& host, int& port,
-                        std::string& error) {
+bool ParseBrokerAddress(const std::string& text, std::string& host, int& port, std::string& error) {
     std::string h = text;
     std::string portText;
     if (!h.empty() && h.front() == '[') {
@@ -42,7 +41,8 @@ bool ParseBrokerAddress(const std::string& text, std::string& host, int& port,
     }
     int p = 1883;
     if (!portText.empty()) {
-        const auto [end, ec] = std::from_chars(portText.data(), portText.data() + portText.size(), p);
+        const auto [end, ec] =
+            std::from_chars(portText.data(), portText.data() + portText.size(), p);
         if (ec != std::errc() || end != portText.data() + portText.size() || p < 1 || p > 65535) {
             error = "--mqtt: the port must be 1..65535, not \"" + portText + "\"";
             return false;

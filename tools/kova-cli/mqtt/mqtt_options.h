@@ -16,8 +16,7 @@ struct MqttOptions {
 };
 
 // "HOST" or "HOST:PORT" (a bracketed IPv6 address keeps its colons: "[::1]:1884").
-bool ParseBrokerAddress(const std::string& text, std::string& host, int& port,
-                        std::string& error);
+bool ParseBrokerAddress(const std::string& text, std::string& host, int& port, std::string& error);
 // "kova/" + the setup file's base name without its extension ("Plant.SUF" -> "kova/Plant").
 std::string DefaultTopicPrefix(const std::string& setupFile);
 // The password: the first line of the file, without its line end.

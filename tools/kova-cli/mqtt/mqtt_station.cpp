@@ -31,7 +31,10 @@ MqttStation::MqttStation(MqttLink& link, std::string prefix, std::ostream& error
     : link_(link), prefix_(std::move(prefix)), errors_(errors) {
     // Every connect (the first and each after the broker came back) sends every value again,
     // so a broker that lost its retained messages gets them back.
-    link_.onConnect([this] { republish_ = true; });
+    link_.onConnect([this] {
+        republish_ = true;
+        alarmsWhileAway_ = 0;
+    });
 }
 
 std::string MqttStation::tagTopic(const std::string& tagName) const {
@@ -45,10 +48,22 @@ void MqttStation::afterTick(Station& st) {
 
 void MqttStation::publishAlarm(const std::string& line) {
     if (line.empty()) return;
+    // Alarm lines are kept while the broker is away and sent when it is back, up to a
+    // bound, so a long outage with a flapping alarm cannot fill memory.
+    if (!link_.connected()) {
+        if (alarmsWhileAway_ >= kAlarmsKeptWhileAway) return;
+        ++alarmsWhileAway_;
+    }
     link_.publish(prefix_ + "/alarms", line, false);
 }
 
 void MqttStation::publishTags(const Station& st) {
+    // While the broker is away nothing is queued (a week-long outage must not fill memory):
+    // the next connect sends every value as it is then.
+    if (!link_.connected()) {
+        republish_ = true;
+        return;
+    }
     const bool all = republish_.exchange(false);
     for (int n = 1; n <= kTableTags; ++n) {
         const Tag& tag = st.tags[n];
@@ -82,8 +97,7 @@ std::string MqttStation::applyWrite(Station& st, const std::string& topic,
     const int n = name.empty() ? 0 : FindTag(st.nameIndex, name);
     if (n < 1 || n > kUserTags) return "refused: there is no tag " + name + " to set";
     const Tag& tag = st.tags[n];
-    if (tag.Direction != 1 && tag.Direction != 2)
-        return "refused: " + name + " is an input";
+    if (tag.Direction != 1 && tag.Direction != 2) return "refused: " + name + " is an input";
     if (!isNumeric(payload)) return "refused: \"" + payload + "\" is not a number";
     const double v = leadingNumber(payload);
     if (!std::isfinite(v) || std::fabs(v) > std::numeric_limits<float>::max())

@@ -41,6 +41,8 @@ class MqttStation {
     std::array<std::string, kTableTags + 1> lastText_{};  // by tag number, "" = never sent
     std::array<std::string, kTableTags + 1> lastName_{};
     std::atomic<bool> republish_{true};
+    static constexpr int kAlarmsKeptWhileAway = 1000;
+    std::atomic<int> alarmsWhileAway_{0};
     long long published_ = 0;
 };
 
