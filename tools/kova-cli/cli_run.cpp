@@ -16,6 +16,7 @@
 
 #include "cli_output.h"
 #include "cli_run_options.h"
+#include "cli_run_mqtt.h"
 #include "commands.h"
 #include "core/configuration.h"
 #include "core/fault.h"
@@ -41,7 +42,9 @@ class PrintingStatus final : public StatusSink {
         if (text.empty()) return;
         std::printf("%s\n", text.c_str());
         std::fflush(stdout);
+        if (publisher) publisher->alarmLine(text);
     }
+    RunPublisher* publisher = nullptr;
 };
 
 // The interval the scan asked for; the simulated clock moves by it between ticks.
@@ -67,7 +70,8 @@ class FaultReport {
 
 // What the run ends with and the setup file does not hold: every tag's value (system
 // variables included), the extremes, the output image and the scan rate.
-bool writeState(const Station& st, const std::string& path, std::string& error) {
+bool writeState(const Station& st, long long lateTicks, const std::string& path,
+                std::string& error) {
     Json j;
     Json tags = Json::array();
     for (int i = 1; i <= kTableTags; ++i)
@@ -86,6 +90,7 @@ bool writeState(const Station& st, const std::string& path, std::string& error) 
     for (int i = 1; i <= 32; ++i) ao.push_back(st.daq.AnalogOutputValues[i]);
     j["AnalogOutputValues"] = ao;
     j["ScanTime"] = st.scan.ScanTime;
+    j["LateTicks"] = lateTicks;
     return WriteOutputFile(path, j.dump(2) + "\n", error);
 }
 
@@ -135,6 +140,11 @@ static int RunCommand(const RunOptions& o) {
                    static_cast<std::uint16_t>(st.daq.PrinterPortBase));
     }
 
+    std::string mqttError;
+    const std::unique_ptr<RunPublisher> publisher = StartRunPublisher(o, mqttError);
+    if (!mqttError.empty()) return Fail("run: " + mqttError);
+    status.publisher = publisher.get();
+
     MeasureSpeedForRun(st, gStop);
     RunTeller teller;
     teller.tell(st);
@@ -158,15 +168,19 @@ static int RunCommand(const RunOptions& o) {
     if (o.log) guarded([&] { ToggleLogging(st); });
 
     auto next = std::chrono::steady_clock::now();
+    long long lateTicks = 0;  // real clock: ticks that began more than a period after their time
     for (long long n = 0; !gStop && (!o.ticks || n < *o.ticks); ++n) {
         if (o.start) {
             if (n > 0) simClock.advance(timer.interval);
         } else if (n > 0) {
-            next += std::chrono::milliseconds(timer.interval);
+            const auto period = std::chrono::milliseconds(timer.interval);
+            next += period;
             if (!SleepUntilOrStop(next, gStop)) break;
+            if (std::chrono::steady_clock::now() - next > period) ++lateTicks;
         }
         if (guarded([&] { Tick(st); })) report.clear();
         teller.tell(st);
+        if (publisher) guarded([&] { publisher->afterTick(st); });
     }
 
     guarded([&] { CloseLogFile(st); });
@@ -180,7 +194,7 @@ static int RunCommand(const RunOptions& o) {
         }
     }
     std::string error;
-    if (o.state && !writeState(st, *o.state, error)) rc = Fail("run: " + error);
+    if (o.state && !writeState(st, lateTicks, *o.state, error)) rc = Fail("run: " + error);
     if (simulator) std::printf("%s\n", simulator->LatchedOutputsLine().c_str());
     if (!FinishStandardOutput(error)) rc = Fail("run: " + error);
     return rc;
@@ -193,5 +207,6 @@ void kova::cli::AddRunCommand(CLI::App& app, CommandRun& run) {
         "Runs the scan of a setup file without a display, as the program's start-up "
         "would run it");
     AddRunOptions(*cmd, *o);
+    AddMqttOptions(*cmd, *o);
     cmd->callback([o, &run] { run = [o] { return RunCommand(*o); }; });
 }

@@ -21,10 +21,19 @@ struct RunOptions {
     std::optional<std::string> save;
     std::optional<std::string> state;
     bool simPort = false;
+    // --mqtt and its companions: the station on an MQTT broker.
+    std::optional<std::string> mqttBroker;  // HOST[:PORT]
+    std::optional<std::string> mqttPrefix;
+    std::string mqttUser;
+    std::string mqttPasswordFile;
+    std::string mqttCaFile;
+    bool mqttWrites = false;
 };
 
 // Declares the setup file and every option of run on the run command; the values land in
 // `o` while the command line is read, typed and range-checked.
 void AddRunOptions(CLI::App& run, RunOptions& o);
+// The --mqtt group (cli_run_mqtt.cpp).
+void AddMqttOptions(CLI::App& run, RunOptions& o);
 
 }  // namespace kova::cli

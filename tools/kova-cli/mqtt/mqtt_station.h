@@ -1,0 +1,49 @@
+#pragma once
+// A station seen from the broker: after every tick the tags whose values changed are
+// published (all of them again after every connect), each alarm line as it reaches the
+// status bar, and, when the user allowed it, writes from <prefix>/set/<TAGNAME> are applied
+// with the rules of an operator write from a readings screen.
+#include <array>
+#include <atomic>
+#include <iosfwd>
+#include <string>
+
+#include "core/station.h"
+#include "mqtt/mqtt_link.h"
+
+namespace kova::mqtt {
+
+class MqttStation {
+  public:
+    // errors: where a refused write is told, one line each.
+    MqttStation(MqttLink& link, std::string prefix, std::ostream& errors);
+
+    // After a tick: applies the writes that arrived, then publishes what changed.
+    void afterTick(Station& st);
+    // An alarm line, as it reaches the status bar.
+    void publishAlarm(const std::string& line);
+
+    // The parts of afterTick, for tests and the benchmark.
+    void applyWrites(Station& st);
+    void publishTags(const Station& st);
+    // The topic of a tag's value.
+    std::string tagTopic(const std::string& tagName) const;
+    // How many tag values were handed to the link so far.
+    long long published() const { return published_; }
+
+  private:
+    // Empty when the write was applied, else why it was refused.
+    std::string applyWrite(Station& st, const std::string& topic, const std::string& payload);
+
+    MqttLink& link_;
+    std::string prefix_;
+    std::ostream& errors_;
+    std::array<std::string, kTableTags + 1> lastText_{};  // by tag number, "" = never sent
+    std::array<std::string, kTableTags + 1> lastName_{};
+    std::atomic<bool> republish_{true};
+    static constexpr int kAlarmsKeptWhileAway = 1000;
+    std::atomic<int> alarmsWhileAway_{0};
+    long long published_ = 0;
+};
+
+}  // namespace kova::mqtt
