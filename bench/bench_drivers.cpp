@@ -61,6 +61,26 @@ void BM_Qrt105ScanOf8Channels(benchmark::State& state) {
 }
 BENCHMARK(BM_Qrt105ScanOf8Channels);
 
+// One QRT105 conversion at the delay count a current PC measures (about 2500): 61 bit
+// times of busy-waiting, the conversion wait being twenty single bit times.
+void BM_Qrt105ConversionAtACurrentPcsDelay(benchmark::State& state) {
+    kova::SimulatedBus bus;
+    kova::Qrt105Simulator sim;
+    sim.attach(bus, 0x378);
+    sim.setAnalogInput(3, 1400);
+    kova::PortState regs;
+    regs.DelayCount = static_cast<std::int32_t>(state.range(0));
+    kova::PortBus port(regs, bus);
+    for (auto _ : state) {
+        std::int16_t c = 3;
+        benchmark::DoNotOptimize(kova::Qrt105ReadAnalogInput(port, 1, c));
+    }
+}
+BENCHMARK(BM_Qrt105ConversionAtACurrentPcsDelay)
+    ->Arg(2500)
+    ->Arg(8898)
+    ->Unit(benchmark::kMicrosecond);
+
 // One QRT110 output update (76 register writes).
 void BM_Qrt110OutputUpdate(benchmark::State& state) {
     kova::SimulatedBus bus;

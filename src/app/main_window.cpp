@@ -6,8 +6,10 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QMenuBar>
+#include <QPainter>
 #include <QPushButton>
 #include <QStatusBar>
+#include <QStyle>
 #include <QVBoxLayout>
 #include <filesystem>
 #include <iostream>
@@ -22,6 +24,13 @@
 #include "daq/calibration_model.h"
 #include "daq/forms/calibration_form.h"
 #include "daq/forms/printer_port_form.h"
+#include "displays/forms/readings_setup_form.h"
+#include "displays/forms/readings_view_form.h"
+#include "displays/forms/history_form.h"
+#include "logging/forms/set_logging_form.h"
+#include "logging/forms/start_log_form.h"
+#include "logging/log_status.h"
+#include "daq/port_messages.h"
 #include "tags/forms/daq_type_form.h"
 
 namespace kova::app {
@@ -51,6 +60,25 @@ QCheckBox* indicator(const char* name, QWidget* parent) {
     c->setFocusPolicy(Qt::NoFocus);
     return c;
 }
+
+// A status-bar field that gives way to the field beside it: when the bar is narrow it
+// shortens its text with "..." instead of cutting it off (the whole text stays its own).
+class GivingLabel final : public QLabel {
+  public:
+    using QLabel::QLabel;
+    QSize minimumSizeHint() const override {
+        return {fontMetrics().averageCharWidth() * 12, QLabel::minimumSizeHint().height()};
+    }
+
+  protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        const QRect area = contentsRect();
+        const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, area.width());
+        style()->drawItemText(&painter, area, static_cast<int>(alignment()), palette(), isEnabled(),
+                              shown, foregroundRole());
+    }
+};
 
 const char* windowName(WindowKind kind) {
     switch (kind) {
@@ -158,6 +186,12 @@ MainWindow::MainWindow(Station& st, Prompter* prompter, std::ostream* errors)
     statusPanel_ = new QLabel(this);
     statusPanel_->setObjectName("StatusBar1");
     statusBar()->addWidget(statusPanel_, 1);
+    // Logging's own field, apart from the one alarms and errors write to: the file being
+    // written and the records written, so a user sees at a glance that logging is alive.
+    logPanel_ = new GivingLabel(this);
+    logPanel_->setObjectName("LogStatus");
+    logPanel_->setAccessibleName("Logging status");
+    statusBar()->addPermanentWidget(logPanel_);
 
     buildMenus();
 
@@ -279,6 +313,9 @@ void MainWindow::tick() {
         statusPanel_->setText(QString::fromStdString(problem));
         st_.platform.prompter->message(problem, kAppTitle);
     }
+    // A module that stopped answering is told once in the status bar; the scan goes on.
+    const std::string silence = ModuleSilenceToTell(st_);
+    if (!silence.empty()) statusPanel_->setText(QString::fromStdString(silence));
 }
 
 void MainWindow::mirror() {
@@ -289,6 +326,11 @@ void MainWindow::mirror() {
     optControl_->setChecked(boxes_.OptControl);
     const QString module = "DAQ Type: " + QString::fromStdString(st_.profile.TypeString);
     if (moduleLabel_->text() != module) moduleLabel_->setText(module);
+    const QString logging = QString::fromStdString(LoggingStatusText(st_));
+    if (logPanel_->text() != logging) {
+        logPanel_->setText(logging);
+        logPanel_->setToolTip(QString::fromStdString(LoggingStatusText(st_, true)));
+    }
 }
 
 void MainWindow::refreshTitle() {
@@ -377,17 +419,17 @@ QWidget* MainWindow::createWindow(WindowKind kind) {
             notAvailable("Tag Configuration");
             return nullptr;
         case WindowKind::Screens:
-            notAvailable("Screen Set Up");
-            return nullptr;
+            return new ReadingsSetupWindow(st_, report_, this);
         case WindowKind::TrendSetup:
             notAvailable("Trend Set Up");
             return nullptr;
         case WindowKind::LogParameters:
-            notAvailable("Logging Parameters");
-            return nullptr;
-        case WindowKind::LogStartStop:
-            notAvailable("Logging Start/Stop");
-            return nullptr;
+            return new SetLoggingWindow(st_, report_, this);
+        case WindowKind::LogStartStop: {
+            auto* w = new StartLogWindow(st_, report_, this);
+            connect(w, &StartLogWindow::loggingSwitched, this, &MainWindow::mirror);
+            return w;
+        }
         case WindowKind::AlarmSetup:
             notAvailable("Alarm Set Up");
             return nullptr;
@@ -397,8 +439,7 @@ QWidget* MainWindow::createWindow(WindowKind kind) {
         case WindowKind::Calibration:
             return new CalibrationWindow(st_, report_, this);
         case WindowKind::Readings:
-            notAvailable("Readings");
-            return nullptr;
+            return new ReadingsViewWindow(st_, report_, this);
         case WindowKind::MinMax:
             notAvailable("Min Max Readings");
             return nullptr;
@@ -409,8 +450,9 @@ QWidget* MainWindow::createWindow(WindowKind kind) {
             notAvailable("Alarms");
             return nullptr;
         case WindowKind::History:
-            notAvailable("History");
-            return nullptr;
+            return new HistoryWindow(
+                st_, report_,
+                [this](QWidget* w) { return printer_->printWidget(w, kHistoryCaption); }, this);
         case WindowKind::PrinterAddress:
             return new PrinterPortWindow(st_, report_, this);
     }

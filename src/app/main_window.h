@@ -120,6 +120,7 @@ class MainWindow : public QMainWindow {
     QCheckBox* optAlarm_;
     QCheckBox* optControl_;
     QLabel* statusPanel_;
+    QLabel* logPanel_;
     QLabel* moduleLabel_;
 };
 

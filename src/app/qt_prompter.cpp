@@ -44,19 +44,33 @@ std::optional<std::string> QtPrompter::input(const std::string& prompt, const st
 std::optional<std::string> QtPrompter::chooseFile(const std::string& title,
                                                   const std::string& filter,
                                                   const std::string& proposed, bool save) {
+    return save ? runFileDialog(title, filter, proposed, QFileDialog::AcceptSave,
+                                QFileDialog::AnyFile)
+                : runFileDialog(title, filter, proposed, QFileDialog::AcceptOpen,
+                                QFileDialog::ExistingFile);
+}
+
+std::optional<std::string> QtPrompter::chooseFileToWrite(const std::string& title,
+                                                         const std::string& filter,
+                                                         const std::string& proposed) {
+    // An open dialog that accepts a new name and never asks to overwrite: the file is
+    // only named here; whether it is appended to or started afresh is decided elsewhere.
+    return runFileDialog(title, filter, proposed, QFileDialog::AcceptOpen, QFileDialog::AnyFile);
+}
+
+std::optional<std::string> QtPrompter::runFileDialog(const std::string& title,
+                                                     const std::string& filter,
+                                                     const std::string& proposed,
+                                                     QFileDialog::AcceptMode accept,
+                                                     QFileDialog::FileMode mode) {
     QFileDialog dialog(parent_, q(title));
     dialog.setObjectName("KovaFileDialog");
     // Qt's own dialog on every platform: its filters match "Default.Suf" against "*.SUF".
     dialog.setOption(QFileDialog::DontUseNativeDialog, true);
     dialog.setNameFilter(q(QtFileFilter(filter)));
-    if (save) {
-        dialog.setAcceptMode(QFileDialog::AcceptSave);
-        dialog.setFileMode(QFileDialog::AnyFile);
-        dialog.setDefaultSuffix(q(DefaultSuffix(filter)));
-    } else {
-        dialog.setAcceptMode(QFileDialog::AcceptOpen);
-        dialog.setFileMode(QFileDialog::ExistingFile);
-    }
+    dialog.setAcceptMode(accept);
+    dialog.setFileMode(mode);
+    if (mode == QFileDialog::AnyFile) dialog.setDefaultSuffix(q(DefaultSuffix(filter)));
     if (!proposed.empty()) {
         const QFileInfo info(q(proposed));
         if (info.isDir()) {

@@ -78,6 +78,9 @@ void SplashWindow::timerFired() {
     }
     QApplication::restoreOverrideCursor();
     txtSpeed_->setText(QString::fromStdString(SpeedText(result)));
+    // A PC too fast for the busy-wait's counter gets the largest count; say why.
+    txtSpeed_->setToolTip(QString::fromStdString(CapNote(result)));
+    txtSpeed_->setAccessibleDescription(txtSpeed_->toolTip());
     txtSpeed_->repaint();
     try {
         pause_(result.Delay);

@@ -1,7 +1,8 @@
 #pragma once
 // The program's printer port: the back-end (ppdev, direct I/O or the Windows port DLL) is
 // opened on first use for the LPT number the station has selected, and opened again when
-// that number changes. A port that cannot be reached reads zeros and says why in problem().
+// that number changes. A port that cannot be reached reads as a floating bus (0xFF) and
+// says why in problem().
 #include <functional>
 #include <memory>
 #include <string>

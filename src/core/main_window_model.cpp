@@ -1,5 +1,7 @@
 #include "core/main_window_model.h"
 
+#include "daq/port_messages.h"
+
 namespace kova {
 
 void MirrorSwitches(const RunSwitches& sw, SwitchIndicators& boxes) {
@@ -28,7 +30,7 @@ std::string PortProblemToTell(const Station& st, std::string& told) {
     const std::string problem = st.platform.port->problem();
     if (problem.empty() || problem == told) return {};
     told = problem;
-    return problem;
+    return problem + " " + FloatingBusReadingsText(st.profile.TypeCode);
 }
 
 std::string MainWindowTitle(const Station& st) {

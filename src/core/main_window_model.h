@@ -29,7 +29,8 @@ void ToggleControls(Station& st);
 
 // Why the printer port cannot be reached, when the user should hear it: a module other
 // than the TEST module is selected, the port back-end has a problem, and that problem is
-// not the one told last time (`told`, updated). "" when there is nothing to tell.
+// not the one told last time (`told`, updated). The text ends with what the selected
+// module reads on such a port. "" when there is nothing to tell.
 std::string PortProblemToTell(const Station& st, std::string& told);
 
 // The main window's caption: the program and the setup file in use.

@@ -11,10 +11,17 @@ void RunEmptyLoop(long long rounds) {
     while (i < rounds) i = i + 1;
 }
 
+long long DelayFormula(double pcSpeed) {
+    if (!(pcSpeed > 500000)) return 1 * 3;
+    const double rounded = roundHalfEven(pcSpeed * 0.000002 + 1);
+    // Far beyond any PC: keep the product inside 64 bits.
+    if (rounded > 1e15) return static_cast<long long>(1e15) * 3;
+    return static_cast<long long>(rounded) * 3;
+}
+
 std::int32_t DelayFromSpeed(double pcSpeed) {
-    if (pcSpeed > 500000)
-        return narrow32(static_cast<long long>(roundHalfEven(pcSpeed * 0.000002 + 1)) * 3);
-    return 1 * 3;
+    const long long delay = DelayFormula(pcSpeed);
+    return delay > kLargestDelay ? kLargestDelay : narrow32(delay);
 }
 
 namespace {
@@ -49,13 +56,22 @@ PcSpeedResult MeasurePcSpeed(const Clock& clock, const LoopRunner& loop) {
     PcSpeedResult r;
     r.PcSpeed = static_cast<double>(rounds) / t;
     r.Delay = DelayFromSpeed(r.PcSpeed);
+    r.Capped = DelayFormula(r.PcSpeed) > kLargestDelay;
     return r;
 }
 
 std::string SpeedText(const PcSpeedResult& r) {
     char buf[96];
-    std::snprintf(buf, sizeof buf, "PC SPEED=%.2f  Delay=%d", r.PcSpeed, static_cast<int>(r.Delay));
+    std::snprintf(buf, sizeof buf, "PC SPEED=%.2f  Delay=%d%s", r.PcSpeed,
+                  static_cast<int>(r.Delay), r.Capped ? " (capped)" : "");
     return buf;
+}
+
+std::string CapNote(const PcSpeedResult& r) {
+    if (!r.Capped) return {};
+    return "This PC counts faster than the busy-wait's counter allows: Delay is capped at " +
+           std::to_string(kLargestDelay) + " instead of " +
+           std::to_string(DelayFormula(r.PcSpeed)) + ".";
 }
 
 }  // namespace kova

@@ -20,7 +20,8 @@ Platform::Platform()
       prompter(&gNullPrompter),
       beeper(&gSilentBeeper),
       status(&gNullStatus),
-      timer(&gNullTimer) {}
+      timer(&gNullTimer),
+      steady(&TheSteadyClock()) {}
 
 Station::Station() {
     InitSystemTags(tags);

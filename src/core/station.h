@@ -22,6 +22,7 @@
 #include "platform/prompter.h"
 #include "platform/scan_timer.h"
 #include "platform/status_sink.h"
+#include "platform/steady_clock.h"
 #include "tags/daq_profile.h"
 #include "tags/tag.h"
 #include "tags/tag_name_index.h"
@@ -37,6 +38,7 @@ struct Platform {
     Beeper* beeper;
     StatusSink* status;
     ScanTimer* timer;
+    SteadyClock* steady;  // bounds the drivers' waits for a module's answer
     Platform();
 };
 

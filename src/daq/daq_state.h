@@ -37,6 +37,7 @@ struct DaqState {
     TestModuleState Test;
     std::int16_t PrinterPortNumber = 1;  // LPT 1..3
     std::int16_t PrinterPortBase = 0;    // explicit base, 0 = from the LPT number
+    bool SilenceTold = false;            // the user has heard that the module stopped answering
 };
 
 }  // namespace kova

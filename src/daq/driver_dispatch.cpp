@@ -10,7 +10,7 @@
 namespace kova {
 
 PortBus StationBus(Station& st) {
-    return PortBus(st.daq.Port, *st.platform.port);
+    return PortBus(st.daq.Port, *st.platform.port, *st.platform.steady);
 }
 
 std::int16_t ReadAnalogInput(Station& st, std::int16_t singleEnded, std::int16_t& channel) {
@@ -123,6 +123,7 @@ void SelectPort(Station& st, int lpt, std::uint16_t base) {
     p.StatusPort = static_cast<std::uint16_t>(base + 1);
     p.ControlPort = static_cast<std::uint16_t>(base + 2);
     p.DataShadow = 0;
+    p.NotAnswering = 0;  // a new port: whatever hangs on it has not been asked yet
     p.ControlShadow = 0x0A;
     st.platform.port->write(p.ControlPort, p.ControlShadow);
 }

@@ -15,10 +15,14 @@ std::int16_t FieldRecorderReadAnalogInput(PortBus& bus) {
         ready = (bus.readStatus() & 0x08) == 0;
         bus.wait();
     }
+    PortState& regs = bus.regs();
     if (!ready) {
         bus.out(control, 3);
+        regs.NotAnswering = 1;
+        regs.PortError = 1;
         return -1;
     }
+    regs.NotAnswering = 0;
 
     bus.out(control, 2);
     const std::uint8_t s1 = bus.readStatus();  // lower nibble

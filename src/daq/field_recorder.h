@@ -11,7 +11,8 @@ namespace kova {
 inline constexpr int kFieldRecorderPolls = 30;
 
 // The channel is ignored (only AI-1 exists). 0..255, or -1 when the module did not report
-// ready within 30 polls of the status register.
+// ready within 30 polls of the status register; then PortError and NotAnswering are set
+// (a reading that comes clears NotAnswering).
 std::int16_t FieldRecorderReadAnalogInput(PortBus& bus);
 
 }  // namespace kova

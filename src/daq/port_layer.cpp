@@ -1,12 +1,11 @@
 #include "daq/port_layer.h"
 
 #include "core/fault.h"
-#include "core/numeric.h"
 
 namespace kova {
 
-void DelayLoop(std::int32_t count) {
-    if (count < 0) return;
+std::int32_t DelayLoop(std::int32_t count) {
+    if (count < 0) return 0;
     // The 16-bit counter starts at 1 and is incremented count + 1 times.
     if (count >= 32766) throwOverflow("DelayLoop count");
     // volatile keeps the optimiser from deleting the empty loop: the wait is its only purpose.
@@ -16,10 +15,12 @@ void DelayLoop(std::int32_t count) {
         rounds = rounds + 1;
         ticks = static_cast<std::int16_t>(ticks + 1);
     }
+    return rounds;
 }
 
-void PortBus::wait(std::int32_t times) {
-    DelayLoop(narrow32(static_cast<long long>(times) * regs_.DelayCount));
+void PortBus::wait() {
+    io_.noteWait(regs_.DelayCount);
+    DelayLoop(regs_.DelayCount);
 }
 
 }  // namespace kova

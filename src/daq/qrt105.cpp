@@ -8,6 +8,9 @@ namespace {
 
 constexpr int kStrobeBit = 0;
 constexpr int kSelectBit = 1;
+// The converter needs twenty bit times after the command. They are waited one by one: one
+// wait of twenty times the delay count would pass the busy-wait's limit on a fast PC.
+constexpr int kConversionBitTimes = 20;
 
 // The single-ended channel selects of the converter: for 0-based channel c the select is
 // (c bit 0) x 4 + (c bit 1) x 1 + (c bit 2) x 2, giving 0, 4, 1, 5, 2, 6, 3, 7.
@@ -66,7 +69,7 @@ std::int16_t Qrt105Convert(PortBus& bus, std::int16_t mode, std::int16_t& channe
     }
 
     bus.writeData(0);
-    bus.wait(20);  // the conversion
+    for (int i = 0; i < kConversionBitTimes; ++i) bus.wait();
 
     std::int16_t value = 0;
     for (int bit = 0; bit < 12; ++bit) {

@@ -20,7 +20,8 @@ namespace kova {
 // (PortError = 1 for mode 1 outside 0..4, mode 0 outside 0..8, any other mode): the
 // conversion goes on regardless, so the scan's single-ended reads of channels 5..8 always
 // leave PortError set with a good reading. channel is counted down to 0-based in place.
-// Costs 46 register writes, 12 register reads and 61 delay counts of busy-waiting.
+// Costs 46 register writes, 12 register reads and 61 busy-waits of one bit time (1 at the
+// start, 16 for the command, 20 for the conversion, 24 for the data).
 std::int16_t Qrt105Convert(PortBus& bus, std::int16_t mode, std::int16_t& channel);
 
 // singleEnded != 0: the conversion (mode 1, channel), which counts the caller's channel

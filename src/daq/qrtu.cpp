@@ -15,6 +15,16 @@ void writeControl(PortBus& bus, std::uint8_t value) {
     bus.writeControlShadow();
 }
 
+// Waits for the end of conversion, at most the bound (a short look while the module has
+// already been found silent). False when it never came.
+bool conversionDone(PortBus& bus) {
+    const auto bound = bus.regs().NotAnswering != 0 ? kQrtuSilentLook : kQrtuAnswerBound;
+    const auto deadline = bus.clock().now() + bound;
+    while ((bus.readStatus() & kConversionDone) == 0)
+        if (bus.clock().now() >= deadline) return false;
+    return true;
+}
+
 // Seven clocked bits of the input register, weights 64 down to 1.
 int shiftSevenBits(PortBus& bus) {
     int value = 0;
@@ -73,9 +83,16 @@ std::int16_t QrtuReadAnalogInput(PortBus& bus, std::int16_t& channel) {
     bus.writeData(0);
     bus.wait();
 
-    // No time-out: a missing module hangs here, as it always has.
-    while ((bus.readStatus() & kConversionDone) == 0) {
+    // A module that does not answer must not hold the scan: past the bound the reading is
+    // -1, as a missing FIELD RECORDER reads, and the transfer is ended.
+    PortState& regs = bus.regs();
+    if (!conversionDone(bus)) {
+        regs.NotAnswering = 1;
+        regs.PortError = 1;
+        bus.out(control, 0);
+        return -1;
     }
+    regs.NotAnswering = 0;
 
     std::int16_t result = 0;
     for (int weight = 512; weight >= 1; weight /= 2) {

@@ -12,6 +12,7 @@ void bySampleCount(Station& st) {
     if (stopAfter == 0 || r.SampleNumber < stopAfter) {
         r.LogState = 1;
     } else {
+        r.LastStop = {LogStop::Why::Finished, r.File.path(), r.SampleNumber, {}};
         r.SampleNumber = 0;
         st.switches.LoggingEnabled = Variant::integer(0);
         CloseLogFile(st);

@@ -5,7 +5,12 @@
 #include <utility>
 
 #ifdef _WIN32
+#include <io.h>
+
 #include <filesystem>
+#else
+#include <sys/stat.h>
+#include <unistd.h>
 #endif
 
 namespace kova {
@@ -14,6 +19,27 @@ namespace {
 std::string reasonOf(int err) {
     if (err == 0) return "unknown error";
     return std::generic_category().message(err);
+}
+
+// The file's length on disk, or -1 when it cannot be told.
+long long lengthOf(std::FILE* f) {
+#ifdef _WIN32
+    return _filelengthi64(_fileno(f));
+#else
+    struct stat info {};
+    return fstat(fileno(f), &info) == 0 ? static_cast<long long>(info.st_size) : -1;
+#endif
+}
+
+// Cuts off what a failed write left of its record, so the file ends with a whole line.
+void cutBack(std::FILE* f, long long length) {
+    if (length < 0) return;
+    // Nothing more can be done when this fails too: the reason of the write is reported.
+#ifdef _WIN32
+    if (_chsize_s(_fileno(f), length) != 0) return;
+#else
+    if (ftruncate(fileno(f), static_cast<off_t>(length)) != 0) return;
+#endif
 }
 }  // namespace
 
@@ -52,6 +78,9 @@ std::string LogFile::open(const std::string& path, bool truncate) {
     std::FILE* f = std::fopen(NativeLogPath(path).c_str(), truncate ? "wb" : "ab");
 #endif
     if (f == nullptr) return reasonOf(errno);
+    // Unbuffered: every record goes to the operating system in one write, and nothing of a
+    // failed one waits in a buffer to be written later.
+    std::setvbuf(f, nullptr, _IONBF, 0);
     file_ = f;
     path_ = path;
     return {};
@@ -59,20 +88,19 @@ std::string LogFile::open(const std::string& path, bool truncate) {
 
 std::string LogFile::write(const std::string& bytes) {
     if (file_ == nullptr) return "the file is not open";
+    const long long before = lengthOf(file_);
     errno = 0;
-    const std::size_t n = std::fwrite(bytes.data(), 1, bytes.size(), file_);
-    if (n != bytes.size()) {
-        const int err = errno;
-        std::clearerr(file_);
-        return reasonOf(err);
-    }
-    errno = 0;
-    if (std::fflush(file_) != 0) {
-        const int err = errno;
-        std::clearerr(file_);
-        return reasonOf(err);
-    }
-    return {};
+    int err = 0;
+    if (std::fwrite(bytes.data(), 1, bytes.size(), file_) != bytes.size())
+        err = errno ? errno : EIO;
+    else if (std::fflush(file_) != 0)
+        err = errno ? errno : EIO;
+    if (err == 0) return {};
+    // A full disk or a size limit may let part of the record through: the lines already
+    // written stay, the broken one goes.
+    std::clearerr(file_);
+    cutBack(file_, before);
+    return reasonOf(err);
 }
 
 void LogFile::close() {

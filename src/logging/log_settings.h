@@ -32,6 +32,15 @@ struct LogSettings {
     std::int16_t StopAbove = 0;
 };
 
+// How logging last ended without the user switching it off, for the status bar.
+struct LogStop {
+    enum class Why { None, Finished, Failed };
+    Why why = Why::None;
+    std::string file;          // the log file it was writing
+    std::int32_t records = 0;  // Finished: the records written
+    std::string reason;        // Failed: what went wrong ("cannot be written: Disk full")
+};
+
 // The logging clock and what logging keeps while it runs (not saved).
 struct LogRunState {
     std::int16_t LogHour = 0, LogMinute = 0, LogSecond = 0, LogMillisecond = 0;
@@ -40,6 +49,7 @@ struct LogRunState {
     std::int32_t SampleNumber = 0;
     std::int16_t LogState = 0;  // 1 while records are written, 0 while waiting to start
     LogFile File;               // the one log channel, open between start and stop of logging
+    LogStop LastStop;           // cleared whenever the user switches logging on or off
 };
 
 }  // namespace kova

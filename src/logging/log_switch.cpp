@@ -7,6 +7,7 @@ namespace kova {
 
 void SetLoggingSwitch(Station& st, bool on) {
     const bool isOn = st.switches.LoggingEnabled.isOn();
+    if (on != isOn) st.logRun.LastStop = {};  // the user's switch: an earlier ending is old news
     if (on && !isOn) {
         OpenLogFile(st);  // on failure: logging stays off and the fault travels on
         st.switches.LoggingEnabled = Variant::integer(1);

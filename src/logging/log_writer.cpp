@@ -25,6 +25,8 @@ bool dailyMode(const Station& st) {
                               const std::string& reason) {
     st.logRun.File.close();
     st.switches.LoggingEnabled = Variant::integer(0);
+    st.logRun.LastStop = {LogStop::Why::Failed, file, st.logRun.SampleNumber,
+                          std::string(what) + ": " + reason};
     throw Fault(FaultKind::File,
                 "Log file \"" + file + "\" " + what + ": " + reason + " (logging switched off)");
 }

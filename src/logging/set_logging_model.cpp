@@ -36,8 +36,9 @@ bool ChooseLogFile(Station& st, SetLoggingForm& form) {
         proposed = s.LogFileName;
         st.logRun.LogDate = st.platform.clock->now().dateSerial();
     }
-    const auto chosen = st.platform.prompter->chooseFile(
-        logtext::kOpenLoggingFileTitle, logtext::kLoggingFileFilter, proposed, false);
+    // The log file need not exist yet: logging makes it.
+    const auto chosen = st.platform.prompter->chooseFileToWrite(
+        logtext::kOpenLoggingFileTitle, logtext::kLoggingFileFilter, proposed);
     if (!chosen || chosen->empty()) return false;
     s.LogFileName = *chosen;
     s.LogDirectory = LogDirectoryOf(*chosen);

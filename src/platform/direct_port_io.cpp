@@ -3,6 +3,8 @@
 #include <cerrno>
 #include <cstring>
 
+#include "platform/port_probe.h"
+
 namespace kova {
 
 std::string IopermProblemText(std::uint16_t from, std::uint16_t count, int err) {
@@ -30,13 +32,18 @@ std::string IopermProblemText(std::uint16_t from, std::uint16_t count, int err) 
 
 DirectPortIo::DirectPortIo(std::shared_ptr<PortSystem> sys, PortPaths paths, int lpt)
     : sys_(std::move(sys)), paths_(std::move(paths)), granted_(65536), refused_(65536) {
-    const std::uint16_t base = lptBase(lpt);
+    const std::uint16_t known = lpt >= 1 && lpt <= 3 ? KernelLptBase(*sys_, paths_, lpt) : 0;
+    const std::uint16_t base = known != 0 ? known : ConventionalLptBase(lpt);
     if (base == 0) {
         problem_ = "LPT " + std::to_string(lpt) + ": no such printer port";
         return;
     }
     if (!grant(base, 8, &problem_)) return;
     if (base <= 0xFFFF - 0x402) grant(static_cast<std::uint16_t>(base + 0x400), 3, nullptr);
+    // Without the kernel's table a floating bus would pass for a port: ask the port itself.
+    if (lptBase(lpt) == 0)
+        problem_ = "LPT " + std::to_string(lpt) + ": no printer port answers at " +
+                   HexAddress(base) + " (its data register does not read back what is written)";
 }
 
 bool DirectPortIo::grant(std::uint16_t from, std::uint16_t count, std::string* why) {
@@ -67,8 +74,14 @@ void DirectPortIo::write(std::uint16_t port, std::uint8_t value) {
 
 std::uint16_t DirectPortIo::lptBase(int lpt) {
     if (lpt < 1 || lpt > 3) return 0;
-    const std::uint16_t base = KernelLptBase(*sys_, paths_, lpt);
-    return base != 0 ? base : ConventionalLptBase(lpt);
+    const std::uint16_t known = KernelLptBase(*sys_, paths_, lpt);
+    if (known != 0) return known;
+    int& probed = probed_[static_cast<std::size_t>(lpt)];
+    if (probed < 0) {
+        const std::uint16_t base = ConventionalLptBase(lpt);
+        probed = DataRegisterReadsBack(*this, base) ? base : 0;
+    }
+    return static_cast<std::uint16_t>(probed);
 }
 
 }  // namespace kova

@@ -2,6 +2,7 @@
 // Printer ports through direct port access on Linux x86 (ioperm, then in/out
 // instructions). Reaches every register, the EPP registers and the ECR included, but needs
 // root (CAP_SYS_RAWIO) and a kernel built with I/O port permissions.
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -24,7 +25,8 @@ class DirectPortIo final : public PortIo {
     std::uint8_t read(std::uint16_t port) override;
     void write(std::uint16_t port, std::uint8_t value) override;
     // From the kernel's table when its parport driver is loaded; otherwise the
-    // conventional base (0x378, 0x278, 0x3BC), since the port cannot be looked up.
+    // conventional base (0x378, 0x278, 0x3BC) when a port answers there (its data register
+    // reads back what was written; tried once per LPT), else 0.
     std::uint16_t lptBase(int lpt) override;
     std::string problem() const override { return problem_; }
 
@@ -41,6 +43,7 @@ class DirectPortIo final : public PortIo {
     std::vector<bool> granted_;  // one flag per I/O address
     std::vector<bool> refused_;
     std::vector<std::uint16_t> unreachable_;
+    std::array<int, 4> probed_{-1, -1, -1, -1};  // per LPT: the base confirmed, 0, -1 untried
     std::string problem_;
 };
 

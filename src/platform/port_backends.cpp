@@ -32,9 +32,9 @@ std::unique_ptr<PortIo> OpenPortBackend(int lpt, std::string& problem,
         problem.clear();
         return direct;
     }
-    return unavailable("Printer port " + lptName(lpt) +
-                           " cannot be reached, the modules will read 0. " + ppdev->problem() +
-                           ". " + direct->problem() + ".",
+    return unavailable("Printer port " + lptName(lpt) + " cannot be reached, " +
+                           kFloatingBusReadsText + ". " + ppdev->problem() + ". " +
+                           direct->problem() + ".",
                        problem);
 }
 
@@ -46,7 +46,8 @@ std::unique_ptr<PortIo> OpenPortBackend(int lpt, std::string& problem) {
         problem.clear();
         return port;
     }
-    return unavailable("The printer ports cannot be reached, the modules will read 0. " + why + ".",
+    return unavailable(std::string("The printer ports cannot be reached, ") +
+                           kFloatingBusReadsText + ". " + why + ".",
                        problem);
 #else
     return OpenPortBackend(lpt, problem, MakeRealPortSystem(), PortPaths{});

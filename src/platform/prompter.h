@@ -21,6 +21,13 @@ class Prompter {
     virtual std::optional<std::string> chooseFile(const std::string& title,
                                                   const std::string& filter,
                                                   const std::string& proposed, bool save) = 0;
+    // An open dialog that also takes the name of a file that does not exist yet, such as a
+    // log file that logging will make. Prompters without such a dialog use the open dialog.
+    virtual std::optional<std::string> chooseFileToWrite(const std::string& title,
+                                                         const std::string& filter,
+                                                         const std::string& proposed) {
+        return chooseFile(title, filter, proposed, false);
+    }
 };
 
 // The application's title, used where a message has no title of its own.

@@ -15,13 +15,26 @@ void RecordingPortIo::write(std::uint16_t port, std::uint8_t value) {
     log_.push_back({PortAccess::Write, port, value});
 }
 
-std::size_t RecordingPortIo::reads() const {
+void RecordingPortIo::noteWait(std::int32_t count) {
+    inner_.noteWait(count);
+    log_.push_back({PortAccess::Wait, 0, 0, count});
+}
+
+std::size_t RecordingPortIo::countOf(PortAccess::Kind kind) const {
     return static_cast<std::size_t>(std::count_if(
-        log_.begin(), log_.end(), [](const PortAccess& a) { return a.kind == PortAccess::Read; }));
+        log_.begin(), log_.end(), [kind](const PortAccess& a) { return a.kind == kind; }));
+}
+
+std::size_t RecordingPortIo::reads() const {
+    return countOf(PortAccess::Read);
 }
 
 std::size_t RecordingPortIo::writes() const {
-    return log_.size() - reads();
+    return countOf(PortAccess::Write);
+}
+
+std::size_t RecordingPortIo::waits() const {
+    return countOf(PortAccess::Wait);
 }
 
 std::vector<std::uint8_t> RecordingPortIo::writesTo(std::uint16_t port) const {

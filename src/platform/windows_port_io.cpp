@@ -5,6 +5,7 @@
 
 #include <cstdint>
 
+#include "platform/port_probe.h"
 #include "platform/port_system.h"
 #endif
 
@@ -60,7 +61,7 @@ class WindowsDllPortIo final : public PortIo {
         // The byte-wide DlPort calls take the whole 16-bit address; Inp32's short argument
         // cannot name ports above 0x7FFF.
         if (readUchar_) return readUchar_(port);
-        if (port > 0x7FFF) return 0xFF;
+        if (port > 0x7FFF) return kFloatingBus;
         return static_cast<std::uint8_t>(inp_(static_cast<short>(port)));
     }
 
@@ -73,13 +74,16 @@ class WindowsDllPortIo final : public PortIo {
     }
 
     // The BIOS data area lists the bases of LPT 1..3 as words at 0x408, 0x40A, 0x40C (0 when
-    // absent). Without GetPhysLong the conventional base is assumed.
+    // absent). Without GetPhysLong the conventional base is offered when a port answers
+    // there (a floating bus would otherwise pass for one).
     std::uint16_t lptBase(int lpt) override {
         if (lpt < 1 || lpt > 3) return 0;
-        if (!physLong_) return ConventionalLptBase(lpt);
         const std::uintptr_t at = lpt == 3 ? 0x40C : 0x408;
         DWORD value = 0;
-        if (!physLong_(reinterpret_cast<PBYTE>(at), &value)) return ConventionalLptBase(lpt);
+        if (!physLong_ || !physLong_(reinterpret_cast<PBYTE>(at), &value)) {
+            const std::uint16_t base = ConventionalLptBase(lpt);
+            return DataRegisterReadsBack(*this, base) ? base : 0;
+        }
         return static_cast<std::uint16_t>(lpt == 2 ? (value >> 16) : (value & 0xFFFF));
     }
 

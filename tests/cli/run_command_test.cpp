@@ -173,7 +173,9 @@ TEST(CliRun, SimulatedQrtuLatchesTheOutputsTheStatementsWrite) {
                                 "sim", "--save", "out.SUF", "--state", "s.json"});
     ASSERT_EQ(r.exitCode, 0) << r.err;
     // AI-1 reads 1 x 100 + 20; the statements write DO-2 and AO-1 = 12.
-    EXPECT_EQ(r.out, "outputs: DO=0x02 AO-1=12 AO-2=0\n");
+    // The measured speed comes first, as the program's splash shows it.
+    EXPECT_EQ(r.out.rfind("PC SPEED=", 0), 0u) << r.out;
+    EXPECT_EQ(r.out.substr(r.out.find('\n') + 1), "outputs: DO=0x02 AO-1=12 AO-2=0\n");
     auto out = std::make_unique<Station>();
     ASSERT_TRUE(LoadSetupFile(*out, f.dir / "out.SUF").ok);
     EXPECT_EQ(out->tags[1].Value, 120.0f);
@@ -195,7 +197,9 @@ TEST(CliRun, SimulatedQrt105ReadsItsFixedInputs) {
     const CliResult r = RunCliIn(f.dir.path(), {"run", file, "--start", kStart, "--ticks", "2",
                                                 "--poll", "--port", "sim", "--save", "out.SUF"});
     ASSERT_EQ(r.exitCode, 0) << r.err;
-    EXPECT_EQ(r.out, "outputs: DO=0x00 AO-1=0 AO-2=0\n");
+    // The measured speed comes first, as the program's splash shows it.
+    EXPECT_EQ(r.out.rfind("PC SPEED=", 0), 0u) << r.out;
+    EXPECT_EQ(r.out.substr(r.out.find('\n') + 1), "outputs: DO=0x00 AO-1=0 AO-2=0\n");
     auto out = std::make_unique<Station>();
     ASSERT_TRUE(LoadSetupFile(*out, f.dir / "out.SUF").ok);
     EXPECT_EQ(out->tags[1].Value, 1400.0f);  // 3 x 450 + 50

@@ -102,10 +102,15 @@ TEST(MainWindowModel, APortProblemIsToldOnceForAModuleOnThePort) {
     st.platform.port = &port;
     std::string told;
     BuildIOList(st.profile, kDaqQrt105);
-    EXPECT_EQ(PortProblemToTell(st, told), "LPT 1: /dev/parport0 does not exist");
+    // What the module reads on such a port follows the reason.
+    EXPECT_EQ(PortProblemToTell(st, told),
+              "LPT 1: /dev/parport0 does not exist The QRT105 will read 4095 on every analog "
+              "input and 7 on its digital inputs.");
     EXPECT_EQ(PortProblemToTell(st, told), "");
     port.why = "LPT 2: permission denied";
-    EXPECT_EQ(PortProblemToTell(st, told), "LPT 2: permission denied");
+    BuildIOList(st.profile, kDaqFieldRecorder);
+    EXPECT_EQ(PortProblemToTell(st, told),
+              "LPT 2: permission denied The FIELD RECORDER will read -1 on its analog input.");
 }
 
 TEST(MainWindowModel, TheTestModuleNeedsNoPort) {

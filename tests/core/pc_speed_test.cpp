@@ -50,3 +50,37 @@ TEST(PcSpeed, AFastPcNeedsMoreThan32BitsOfRoundsAndStillMeasures) {
     EXPECT_EQ(r.Delay, 12003);  // rounded(4000 + 1) x 3
 }
 }  // namespace kova
+
+namespace kova {
+TEST(PcSpeed, TheLargestDelayStaysBelowTheBusyWaitsLimit) {
+    // rounded(PcSpeed x 0.000002 + 1) x 3 reaches 32766 from about 5.46e9 rounds a second.
+    EXPECT_EQ(DelayFormula(5.4e9), 32403);
+    EXPECT_EQ(DelayFromSpeed(5.4e9), 32403);
+    EXPECT_EQ(DelayFormula(5.5e9), 33003);
+    EXPECT_EQ(DelayFromSpeed(5.5e9), kLargestDelay);
+    EXPECT_EQ(DelayFromSpeed(1e30), kLargestDelay);  // no overflow on the way
+    EXPECT_LT(kLargestDelay, 32766);
+}
+
+TEST(PcSpeed, ACappedDelayIsSaidOnTheSplash) {
+    SimulatedPc pc{.speed = 8.0e9};
+    const PcSpeedResult r = MeasurePcSpeed(pc.clock, [&](long long n) { pc.run(n); });
+    EXPECT_EQ(r.Delay, kLargestDelay);
+    EXPECT_TRUE(r.Capped);
+    EXPECT_EQ(SpeedText({8.0e9, kLargestDelay, true}),
+              "PC SPEED=8000000000.00  Delay=32765 (capped)");
+    EXPECT_EQ(CapNote(r).rfind("This PC counts faster than the busy-wait's counter allows: Delay "
+                               "is capped at 32765 instead of ",
+                               0),
+              0u);
+}
+
+TEST(PcSpeed, AnUncappedDelayHasNoNote) {
+    SimulatedPc pc{.speed = 1.2e9};  // the speed of a current PC
+    const PcSpeedResult r = MeasurePcSpeed(pc.clock, [&](long long n) { pc.run(n); });
+    EXPECT_FALSE(r.Capped);
+    EXPECT_NEAR(r.Delay, 7203, 3);  // rounded(2400 + 1) x 3, within the measurement
+    EXPECT_EQ(CapNote(r), "");
+    EXPECT_EQ(SpeedText(r).find("capped"), std::string::npos);
+}
+}  // namespace kova

@@ -171,7 +171,7 @@ TEST(DriverRouting, DriversUseTheSelectedPortBase) {
     r.rec.clear();
     ReadDigitalInputs(r.st);
     WriteDigitalOutputs(r.st, 1);
-    for (const PortAccess& a : r.rec.log()) {
+    for (const PortAccess& a : test::Accesses(r.rec.log())) {
         EXPECT_GE(a.port, 0x278);
         EXPECT_LE(a.port, 0x27A);
     }

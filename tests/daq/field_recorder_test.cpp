@@ -18,11 +18,13 @@ TEST(FieldRecorderTrace, StatusBit3StuckAtOneReadsMinusOneAfter30Polls) {
     r.status(0x08);
     EXPECT_EQ(FieldRecorderReadAnalogInput(r.port), -1);
     Trace t;
-    t.wc(4).wc(2).wc(3).wc(6);
-    for (int i = 0; i < 30; ++i) t.rs(0x08);
+    t.wc(4).d().wc(2).wc(3).wc(6);
+    for (int i = 0; i < 30; ++i) t.rs(0x08).d();
     t.wc(3);
     EXPECT_EQ(r.rec.log(), t.items);
     EXPECT_EQ(r.regs.ControlShadow, 0x0A);  // whole values, the shadow is left alone
+    EXPECT_EQ(r.regs.PortError, 1);
+    EXPECT_EQ(r.regs.NotAnswering, 1);
 }
 
 TEST(FieldRecorderTrace, ReadyAtOnceReadsTwoNibbles) {
@@ -31,10 +33,29 @@ TEST(FieldRecorderTrace, ReadyAtOnceReadsTwoNibbles) {
     r.bus.attach(status);
     // ((0xC0 AND 0xF0) OR (0x30 AND 0xF0) / 16) XOR 0x88
     EXPECT_EQ(FieldRecorderReadAnalogInput(r.port), 0x4B);
-    EXPECT_EQ(r.rec.log(),
-              Trace().wc(4).wc(2).wc(3).wc(6).rs(0x00).wc(2).rs(0x30).wc(3).rs(0xC0).wc(3).items);
+    EXPECT_EQ(
+        r.rec.log(),
+        Trace().wc(4).d().wc(2).wc(3).wc(6).rs(0x00).d().wc(2).rs(0x30).wc(3).rs(0xC0).wc(3).items);
     EXPECT_EQ(r.regs.ControlShadow, 0x0A);
     EXPECT_TRUE(test::WritesTo(r.rec.log(), PortRig::kData).empty());
+}
+
+TEST(FieldRecorderTrace, AReadingThatComesClearsNotAnswering) {
+    PortRig r;
+    r.status(0x08);
+    EXPECT_EQ(FieldRecorderReadAnalogInput(r.port), -1);
+    EXPECT_EQ(r.regs.NotAnswering, 1);
+    r.status(0x00);
+    EXPECT_EQ(FieldRecorderReadAnalogInput(r.port), 0x88);
+    EXPECT_EQ(r.regs.NotAnswering, 0);
+}
+
+TEST(FieldRecorderTrace, AFloatingBusReadsMinusOne) {
+    // Nothing on the port: every status bit high, so the module is never ready.
+    PortRig r;
+    r.status(0xFF);
+    EXPECT_EQ(FieldRecorderReadAnalogInput(r.port), -1);
+    EXPECT_EQ(r.rec.reads(), 30u);
 }
 
 TEST(FieldRecorderTrace, TheTopBitOfEachNibbleIsInvertedBack) {

@@ -9,9 +9,15 @@
 namespace kova {
 
 TEST(DelayLoop, ZeroRunsOneRoundAndNegativeNone) {
-    EXPECT_NO_THROW(DelayLoop(0));
-    EXPECT_NO_THROW(DelayLoop(-5));
-    EXPECT_NO_THROW(DelayLoop(32765));
+    EXPECT_EQ(DelayLoop(0), 1);
+    EXPECT_EQ(DelayLoop(-5), 0);
+    EXPECT_EQ(DelayLoop(-1), 0);
+}
+
+TEST(DelayLoop, RunsCountPlusOneRoundsUpToTheLimit) {
+    EXPECT_EQ(DelayLoop(1), 2);
+    EXPECT_EQ(DelayLoop(2500), 2501);
+    EXPECT_EQ(DelayLoop(32765), 32766);
 }
 
 TEST(DelayLoop, CountOf32766OrMoreIsAnOverflow) {
@@ -24,13 +30,17 @@ TEST(DelayLoop, CountOf32766OrMoreIsAnOverflow) {
     }
 }
 
-TEST(PortBus, WaitMultipliesTheDelayCount) {
+TEST(PortBus, AWaitIsOneBitTimeOfTheDelayCount) {
     SimulatedBus bus;
+    RecordingPortIo rec(bus);
     PortState regs;
-    regs.DelayCount = 2000;
-    PortBus b(regs, bus);
-    EXPECT_NO_THROW(b.wait(1));
-    EXPECT_THROW(b.wait(20), Fault);  // 40000 rounds overflow the loop's 16-bit counter
+    regs.DelayCount = 2571;  // the largest this kind of PC measures
+    PortBus b(regs, rec);
+    for (int i = 0; i < 20; ++i) EXPECT_NO_THROW(b.wait());
+    ASSERT_EQ(rec.waits(), 20u);
+    for (const PortAccess& a : rec.log()) EXPECT_EQ(a, (PortAccess{PortAccess::Wait, 0, 0, 2571}));
+    regs.DelayCount = 32766;
+    EXPECT_THROW(b.wait(), Fault);  // the loop's 16-bit counter would overflow
 }
 
 TEST(SimulatedBus, PlainAddressesLatchWhatWasWritten) {
@@ -67,6 +77,29 @@ TEST(RecordingPortIo, LogsEveryAccessInOrder) {
     EXPECT_EQ(rec.reads(), 1u);
     EXPECT_EQ(rec.writes(), 2u);
     EXPECT_EQ(rec.writesTo(0x378), std::vector<std::uint8_t>{1});
+}
+
+TEST(RecordingPortIo, RecordsEachWaitWithItsCountWhereItStands) {
+    SimulatedBus bus;
+    RecordingPortIo rec(bus);
+    rec.write(0x378, 1);
+    rec.noteWait(40);
+    rec.read(0x379);
+    rec.noteWait(0);
+    ASSERT_EQ(rec.log().size(), 4u);
+    EXPECT_EQ(rec.log()[1], (PortAccess{PortAccess::Wait, 0, 0, 40}));
+    EXPECT_EQ(rec.log()[3], (PortAccess{PortAccess::Wait, 0, 0, 0}));
+    EXPECT_EQ(rec.waits(), 2u);
+    EXPECT_EQ(rec.reads(), 1u);
+    EXPECT_EQ(rec.writes(), 1u);
+}
+
+TEST(NullPortIo, ReadsAsAFloatingBus) {
+    NullPortIo port;
+    port.write(0x378, 0x55);
+    EXPECT_EQ(port.read(0x378), 0xFF);
+    EXPECT_EQ(port.read(0x379), 0xFF);
+    EXPECT_EQ(port.lptBase(1), 0);
 }
 
 }  // namespace kova

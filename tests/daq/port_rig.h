@@ -1,7 +1,8 @@
 #pragma once
-// Helpers for driver tests: a port (registers at 0x378, delay count 0) over a simulated bus
-// with every access recorded, a status register that answers from a script, and decoders
-// of serial lines in a register trace.
+// Helpers for driver tests: a port (registers at 0x378, delay count 7) over a simulated bus
+// with every access and every bit-time wait recorded, a steady clock that moves 1 ms at
+// each reading (a bounded wait ends after a known number of reads), a status register that
+// answers from a script, and decoders of serial lines in a register trace.
 #include <cstdint>
 #include <deque>
 #include <vector>
@@ -9,14 +10,26 @@
 #include "daq/port_layer.h"
 #include "platform/recording_port_io.h"
 #include "platform/simulated_bus.h"
+#include "platform/steady_clock.h"
 
 namespace kova::test {
+
+// The delay count of the rig: small, so waits cost nothing, and not 0, so a trace shows
+// that each wait is one bit time.
+inline constexpr std::int32_t kRigDelay = 7;
+
+inline PortState RigRegisters() {
+    PortState regs;  // data 0x378, status 0x379, control 0x37A, ControlShadow 0x0A
+    regs.DelayCount = kRigDelay;
+    return regs;
+}
 
 struct PortRig {
     SimulatedBus bus;
     RecordingPortIo rec{bus};
-    PortState regs;  // data 0x378, status 0x379, control 0x37A, ControlShadow 0x0A
-    PortBus port{regs, rec};
+    PortState regs = RigRegisters();
+    SteppingSteadyClock clock{std::chrono::milliseconds(1)};
+    PortBus port{regs, rec, clock};
 
     static constexpr std::uint16_t kData = 0x378;
     static constexpr std::uint16_t kStatus = 0x379;
@@ -49,6 +62,14 @@ class ScriptedStatus final : public BusDevice {
     std::deque<std::uint8_t> script_;
     std::uint16_t port_;
 };
+
+// The trace without its waits: the register accesses alone.
+inline std::vector<PortAccess> Accesses(const std::vector<PortAccess>& log) {
+    std::vector<PortAccess> out;
+    for (const PortAccess& a : log)
+        if (a.kind != PortAccess::Wait) out.push_back(a);
+    return out;
+}
 
 // The writes to one port, in order, from a recorded trace.
 inline std::vector<std::uint8_t> WritesTo(const std::vector<PortAccess>& log, std::uint16_t port) {
@@ -93,6 +114,11 @@ struct Trace {
     }
     Trace& r(std::uint16_t port, std::uint8_t v) {
         items.push_back({PortAccess::Read, port, v});
+        return *this;
+    }
+    // One busy-wait of one bit time (the rig's delay count unless told).
+    Trace& d(std::int32_t count = kRigDelay) {
+        items.push_back({PortAccess::Wait, 0, 0, count});
         return *this;
     }
     Trace& wd(std::uint8_t v) { return w(PortRig::kData, v); }

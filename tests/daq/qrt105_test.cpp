@@ -10,6 +10,7 @@
 
 namespace kova {
 
+using test::Accesses;
 using test::BitsAtRisingEdges;
 using test::BitsToNumber;
 using test::PortRig;
@@ -30,12 +31,14 @@ int Convert(PortRig& r, std::int16_t channel) {
     return Qrt105ReadAnalogInput(r.port, 1, c);
 }
 
+// Each command bit: the data line set with the clock low, a bit time, the clock high, a
+// bit time.
 Trace CommandBits(Trace t, int command) {
     for (int mask = 128; mask >= 1; mask /= 2) {
         if ((command & mask) != 0)
-            t.wd(2).wd(3);
+            t.wd(2).d().wd(3).d();
         else
-            t.wd(0).wd(1);
+            t.wd(0).d().wd(1).d();
     }
     return t;
 }
@@ -47,10 +50,11 @@ TEST(Qrt105Trace, Channel1ConversionIsTheDocumentedRegisterSequence) {
     r.status(0x00);
     EXPECT_EQ(Convert(r, 1), 0);
     Trace t;
-    t.wd(0).wc(0x08).wd(0).wc(0x0A);
+    t.wd(0).d().wc(0x08).wd(0).wc(0x0A);
     t = CommandBits(t, 0x8E);
     t.wd(0);
-    for (int i = 0; i < 12; ++i) t.wd(1).wd(0).rs(0x00);
+    for (int i = 0; i < 20; ++i) t.d();  // the conversion: twenty bit times
+    for (int i = 0; i < 12; ++i) t.wd(1).d().wd(0).d().rs(0x00);
     t.wc(0x08);
     EXPECT_EQ(r.rec.log(), t.items);
     EXPECT_EQ(r.regs.ControlShadow, 0x08);
@@ -89,7 +93,7 @@ TEST(Qrt105Trace, ConverterSelectIsHeldForTheWholeTransfer) {
     EXPECT_EQ(WritesTo(r.rec.log(), PortRig::kControl),
               (std::vector<std::uint8_t>{0x08, 0x0A, 0x08}));
     // Every data write and status read lies between the select and the deselect.
-    const auto& log = r.rec.log();
+    const auto log = Accesses(r.rec.log());
     std::size_t selectAt = 0, deselectAt = 0;
     for (std::size_t i = 0; i < log.size(); ++i) {
         if (log[i].port != PortRig::kControl) continue;
@@ -100,25 +104,45 @@ TEST(Qrt105Trace, ConverterSelectIsHeldForTheWholeTransfer) {
     EXPECT_EQ(deselectAt, log.size() - 1);
 }
 
-TEST(Qrt105Trace, AConversionCosts46WritesAnd12Reads) {
+TEST(Qrt105Trace, AConversionCosts46WritesAnd12ReadsAnd61BitTimes) {
     for (std::int16_t ch = 1; ch <= 8; ++ch) {
         PortRig r;
         Convert(r, ch);
         EXPECT_EQ(r.rec.writes(), 46u);
         EXPECT_EQ(r.rec.reads(), 12u);
+        EXPECT_EQ(r.rec.waits(), 61u);
     }
 }
 
-TEST(Qrt105Trace, TheConversionWaitIsTwentyDelayCountsAfterTheCommand) {
-    // 20 x 1700 rounds overflow the busy-wait's 16-bit counter while one bit time does not:
-    // the fault comes exactly after the write that ends the command, before any read.
+TEST(Qrt105Trace, TheConversionWaitIsTwentyBitTimesAfterTheCommand) {
     PortRig r;
-    r.regs.DelayCount = 1700;
     std::int16_t c = 1;
-    EXPECT_THROW(Qrt105ReadAnalogInput(r.port, 1, c), Fault);
-    EXPECT_EQ(r.rec.writes(), 21u);
-    EXPECT_EQ(r.rec.reads(), 0u);
-    EXPECT_EQ(r.rec.log().back(), (PortAccess{PortAccess::Write, PortRig::kData, 0}));
+    Qrt105ReadAnalogInput(r.port, 1, c);
+    const auto& log = r.rec.log();
+    // The write of 0 that ends the command is the 21st register write (1 + 2 + 2 x 8).
+    std::size_t at = 0, writes = 0;
+    while (writes < 21) writes += log[at++].kind == PortAccess::Write ? 1 : 0;
+    EXPECT_EQ(log[at - 1], (PortAccess{PortAccess::Write, PortRig::kData, 0}));
+    std::size_t waits = 0;
+    while (log[at].kind == PortAccess::Wait) {
+        EXPECT_EQ(log[at].count, test::kRigDelay);
+        ++waits, ++at;
+    }
+    EXPECT_EQ(waits, 20u);
+    EXPECT_EQ(log[at], (PortAccess{PortAccess::Write, PortRig::kData, 1}));  // first data clock
+}
+
+TEST(Qrt105Trace, AFastPcsDelayCountConvertsWithoutAFault) {
+    // A current PC measures a delay count of about 2300 to 2600: twenty times that passes
+    // the busy-wait's limit, twenty single bit times do not.
+    for (std::int32_t delay : {1639, 2292, 2571, 32765}) {
+        PortRig r;
+        r.regs.DelayCount = delay;
+        r.status(0x08);
+        std::int16_t c = 3;
+        EXPECT_EQ(Qrt105ReadAnalogInput(r.port, 1, c), 4095) << delay;
+        EXPECT_EQ(r.rec.waits(), 61u);
+    }
 }
 
 TEST(Qrt105Trace, StatusBit3AlwaysSetReads4095OnEveryChannel) {

@@ -18,8 +18,9 @@ using test::WritesTo;
 
 namespace {
 
+// A full clock pulse, every write followed by one bit time.
 Trace SentBit(Trace t, bool one) {
-    return one ? t.wd(2).wd(3).wd(2) : t.wd(0).wd(1).wd(0);
+    return one ? t.wd(2).d().wd(3).d().wd(2).d() : t.wd(0).d().wd(1).d().wd(0).d();
 }
 
 }  // namespace
@@ -44,15 +45,16 @@ TEST(Qrt110Trace, AnUpdateIsTheDocumentedSequenceOf76Writes) {
     PortRig r;
     Qrt110WriteAnalogOutputs(r.port, 0x001, 0x801);
     Trace t;
-    t.wd(0).wc(0x0B);
+    t.wd(0).d().wc(0x0B).d();
     // AO-2 = 0x801 first
     for (int mask = 0x800; mask >= 1; mask /= 2) t = SentBit(t, (0x801 & mask) != 0);
     // AO-1 = 0x001: eleven full pulses, then the last bit leaves the clock high
     for (int mask = 0x800; mask >= 2; mask /= 2) t = SentBit(t, false);
-    t.wd(2).wd(3);
-    t.wc(0x0A).wd(2).wc(0x0B);
+    t.wd(2).d().wd(3).d();
+    t.wc(0x0A).d().wd(2).d().wc(0x0B).d();
     EXPECT_EQ(r.rec.log(), t.items);
     EXPECT_EQ(r.rec.writes(), 76u);
+    EXPECT_EQ(r.rec.waits(), 76u);  // every write is followed by one bit time
     EXPECT_EQ(r.rec.reads(), 0u);
     EXPECT_EQ(r.regs.DataShadow, 2);
     EXPECT_EQ(r.regs.ControlShadow, 0x0B);
@@ -62,7 +64,7 @@ TEST(Qrt110Trace, LastClockFallsWhileTheFrameIsLow) {
     for (int ao1 : {0, 1, 0xFFE, 0xFFF}) {
         PortRig r;
         Qrt110WriteAnalogOutputs(r.port, static_cast<std::int16_t>(ao1), 0);
-        const auto& log = r.rec.log();
+        const auto log = test::Accesses(r.rec.log());
         ASSERT_GE(log.size(), 3u);
         const PortAccess& frameLow = log[log.size() - 3];
         const PortAccess& clockFall = log[log.size() - 2];

@@ -42,17 +42,22 @@ std::vector<int> AddressBytes(const std::vector<std::uint8_t>& controlWrites,
     return out;
 }
 
-// The register sequence of one read, step by step, with the status answering `status`.
+// The register sequence of one read, step by step, with the status answering `status`;
+// each wait is one bit time, where it stands.
 Trace ExpectedRead(std::uint8_t status) {
     Trace t;
     std::uint8_t shadow = 0x0A;
     auto set = [&](int bit) { t.wc(shadow = static_cast<std::uint8_t>(shadow | (1 << bit))); };
     auto clr = [&](int bit) { t.wc(shadow = static_cast<std::uint8_t>(shadow & ~(1 << bit))); };
+    auto wait = [&] { t.d(); };
     // start
     set(1);
     clr(0);
+    wait();
     clr(1);
+    wait();
     set(0);
+    wait();
     // address byte
     for (int mask = 128; mask >= 1; mask /= 2) {
         if ((0x71 & mask) != 0)
@@ -60,25 +65,34 @@ Trace ExpectedRead(std::uint8_t status) {
         else
             clr(1);
         clr(0);
+        wait();
         set(0);
+        wait();
     }
     set(1);
     clr(0);
+    wait();
     t.rs(status);
     set(0);
+    wait();
     // data byte
     for (int i = 0; i < 8; ++i) {
         clr(0);
+        wait();
         t.rs(status);
         set(0);
+        wait();
     }
     set(1);  // the last byte: no acknowledge
     clr(0);
+    wait();
     set(0);
     set(1);
+    wait();
     // stop
     clr(1);
     clr(0);
+    wait();
     set(1);
     return t;
 }
@@ -92,6 +106,7 @@ TEST(Qrt115Trace, AReadIsTheDocumentedSequence) {
     EXPECT_EQ(r.rec.log(), ExpectedRead(0x40).items);
     EXPECT_EQ(r.rec.writes(), 54u);
     EXPECT_EQ(r.rec.reads(), 9u);
+    EXPECT_EQ(r.rec.waits(), 40u);          // start 3, address 16 + 2, data 16 + 2, stop 1
     EXPECT_EQ(r.regs.ControlShadow, 0x0A);  // both lines high again
 }
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <random>
 
 #include "daq/sim/qrtu_simulator.h"
@@ -48,10 +49,10 @@ TEST(QrtuTrace, AnAnalogReadIsTheDocumentedSequence) {
     EXPECT_EQ(QrtuReadAnalogInput(r.port, c), 1023);
     Trace t;
     t.wc(8);
-    for (int bit : BitString("0010000000")) t.wd(bit ? 1 : 0).wd(bit ? 3 : 2);
-    t.wd(0);
+    for (int bit : BitString("0010000000")) t.d().wd(bit ? 1 : 0).d().wd(bit ? 3 : 2).d();
+    t.wd(0).d();
     t.rs(0x50);  // the wait ends at once
-    for (int i = 0; i < 10; ++i) t.rs(0x50).wd(2).wd(0);
+    for (int i = 0; i < 10; ++i) t.rs(0x50).wd(2).d().wd(0).d();
     t.wc(0);
     EXPECT_EQ(r.rec.log(), t.items);
     EXPECT_EQ(r.regs.ControlShadow, 0x0A);  // whole values, the shadow is left alone
@@ -66,16 +67,85 @@ TEST(QrtuTrace, ResultBitsAreWeighted512DownTo1FromStatusBit4) {
     EXPECT_EQ(QrtuReadAnalogInput(r.port, c), 0x203);
 }
 
-TEST(QrtuTrace, TheEndOfConversionWaitHasNoLimit) {
+TEST(QrtuTrace, TheEndOfConversionIsWaitedForUpTo100Ms) {
+    // The rig's steady clock moves 1 ms a reading: an answer at the 99th look still counts.
     PortRig r;
-    std::vector<std::uint8_t> script(5000, 0xBF);  // every bit but end of conversion
+    std::vector<std::uint8_t> script(98, 0xBF);  // every bit but end of conversion
     script.push_back(0x40);
     script.push_back(0x00);
     ScriptedStatus status(script);
     r.bus.attach(status);
     std::int16_t c = 1;
     EXPECT_EQ(QrtuReadAnalogInput(r.port, c), 0);
-    EXPECT_EQ(status.reads, 5000 + 1 + 10);
+    EXPECT_EQ(status.reads, 98 + 1 + 10);
+    EXPECT_EQ(r.regs.NotAnswering, 0);
+    EXPECT_EQ(r.regs.PortError, 0);
+}
+
+TEST(QrtuTrace, AConverterThatNeverEndsReadsMinusOneAfter100Ms) {
+    PortRig r;
+    r.status(0xBF);
+    r.regs.ControlShadow = 0x0A;
+    std::int16_t c = 4;
+    EXPECT_EQ(QrtuReadAnalogInput(r.port, c), -1);
+    EXPECT_EQ(r.rec.reads(), 100u);  // a look each millisecond until the bound
+    EXPECT_EQ(r.clock.readings(), 101);
+    EXPECT_EQ(r.regs.PortError, 1);
+    EXPECT_EQ(r.regs.NotAnswering, 1);
+    EXPECT_EQ(c, 3);
+    // The transfer is ended: the converter is deselected and no result bit is clocked.
+    const auto& log = r.rec.log();
+    EXPECT_EQ(log.back(), (PortAccess{PortAccess::Write, PortRig::kControl, 0}));
+    EXPECT_EQ(log[log.size() - 2], (PortAccess{PortAccess::Read, PortRig::kStatus, 0xBF}));
+}
+
+TEST(QrtuTrace, ASilentModuleGetsOnlyAShortLookUntilItAnswersAgain) {
+    PortRig r;
+    r.status(0x00);
+    std::int16_t c = 1;
+    EXPECT_EQ(QrtuReadAnalogInput(r.port, c), -1);
+    EXPECT_EQ(r.rec.reads(), 100u);
+    r.rec.clear();
+    for (std::int16_t ch = 2; ch <= 8; ++ch) {
+        c = ch;
+        EXPECT_EQ(QrtuReadAnalogInput(r.port, c), -1);
+    }
+    EXPECT_EQ(r.rec.reads(), 7u);  // one look of 1 ms each
+    r.status(0x50);                // the module is back
+    r.rec.clear();
+    c = 1;
+    EXPECT_EQ(QrtuReadAnalogInput(r.port, c), 1023);
+    EXPECT_EQ(r.regs.NotAnswering, 0);
+    r.status(0x00);  // and gone again: the full wait once more
+    r.rec.clear();
+    c = 1;
+    EXPECT_EQ(QrtuReadAnalogInput(r.port, c), -1);
+    EXPECT_EQ(r.rec.reads(), 100u);
+}
+
+TEST(QrtuTrace, TheBoundIsWallClockTime) {
+    // The one test that really waits: the machine's steady clock, a converter that never
+    // ends, one read.
+    SimulatedBus bus;
+    bus.poke(PortRig::kStatus, 0x00);
+    PortState regs;
+    PortBus port(regs, bus);
+    std::int16_t c = 1;
+    const auto t0 = std::chrono::steady_clock::now();
+    EXPECT_EQ(QrtuReadAnalogInput(port, c), -1);
+    const auto took = std::chrono::steady_clock::now() - t0;
+    EXPECT_GE(took, std::chrono::milliseconds(100));
+    EXPECT_LT(took, std::chrono::milliseconds(1000));
+}
+
+TEST(QrtuTrace, AFloatingBusReadsAtOnce) {
+    // A port with nothing on it reads every status bit high: end of conversion at once.
+    PortRig r;
+    r.status(0xFF);
+    std::int16_t c = 1;
+    EXPECT_EQ(QrtuReadAnalogInput(r.port, c), 1023);
+    EXPECT_EQ(QrtuReadDigitalInputs(r.port), 0x7FFF);
+    EXPECT_EQ(r.regs.NotAnswering, 0);
 }
 
 TEST(QrtuTrace, DigitalInputsAreTheDocumentedSequence) {
@@ -84,9 +154,9 @@ TEST(QrtuTrace, DigitalInputsAreTheDocumentedSequence) {
     EXPECT_EQ(QrtuReadDigitalInputs(r.port), 0x7FFF);  // the 16th bit is dropped
     Trace t;
     t.wd(0).wd(2).wd(0).wd(1).rs(0x20);
-    for (int i = 0; i < 7; ++i) t.wd(3).wd(1).rs(0x20);
-    t.wd(3).wd(1).rs(0x20);
-    for (int i = 0; i < 7; ++i) t.wd(3).wd(1).rs(0x20);
+    for (int i = 0; i < 7; ++i) t.wd(3).d().wd(1).d().rs(0x20);
+    t.wd(3).wd(1).rs(0x20);  // the second byte's load: no waits
+    for (int i = 0; i < 7; ++i) t.wd(3).d().wd(1).d().rs(0x20);
     EXPECT_EQ(r.rec.log(), t.items);
 }
 
@@ -105,7 +175,7 @@ TEST(QrtuTrace, DigitalOutputsLatchWithControlBit0) {
     PortRig r;
     r.regs.PortError = 1;
     QrtuWriteDigitalOutputs(r.port, 0x5A);
-    EXPECT_EQ(r.rec.log(), Trace().wc(0).wd(0x5A).wc(1).wc(0).items);
+    EXPECT_EQ(r.rec.log(), Trace().wc(0).d().wd(0x5A).wc(1).d().wc(0).items);
     EXPECT_EQ(r.regs.ControlShadow, 0);
     EXPECT_EQ(r.regs.DataShadow, 0x5A);
     EXPECT_EQ(r.regs.PortError, 0);
@@ -114,7 +184,7 @@ TEST(QrtuTrace, DigitalOutputsLatchWithControlBit0) {
 TEST(QrtuTrace, AnalogOutput255IsWrittenWithControlBit1) {
     PortRig r;
     QrtuWriteAnalogOutputs(r.port, 255);
-    EXPECT_EQ(r.rec.log(), Trace().wc(0).wd(255).wc(2).wc(0).items);
+    EXPECT_EQ(r.rec.log(), Trace().wc(0).d().wd(255).d().wc(2).d().wc(0).items);
     EXPECT_EQ(r.regs.PortError, 0);
     EXPECT_EQ(r.regs.DataShadow, 255);
 }
@@ -141,11 +211,28 @@ TEST(QrtuWithSimulator, AConverterThatAnswersLateIsWaitedFor) {
     QrtuSimulator sim;
     sim.attach(r.bus, 0x378);
     sim.setAnalogInput(6, 777);
-    sim.setConversionReads(250);
+    sim.setConversionReads(90);  // within the bound: the rig's clock moves 1 ms a look
     std::int16_t c = 6;
     EXPECT_EQ(QrtuReadAnalogInput(r.port, c), 777);
-    EXPECT_EQ(sim.statusReads(), 250 + 1 + 10);
+    EXPECT_EQ(sim.statusReads(), 90 + 1 + 10);
     EXPECT_EQ(sim.conversionAddresses().front(), 5);
+}
+
+TEST(QrtuWithSimulator, AConversionDoneBitThatNeverComesGivesMinusOneAndTheNextReadsGoOn) {
+    PortRig r;
+    QrtuSimulator sim;
+    sim.attach(r.bus, 0x378);
+    sim.setAnalogInput(2, 500);
+    sim.setConversionReads(-1);
+    std::int16_t c = 2;
+    EXPECT_EQ(QrtuReadAnalogInput(r.port, c), -1);
+    EXPECT_EQ(r.regs.PortError, 1);
+    EXPECT_TRUE(sim.converting());
+    // The digital inputs and outputs still work.
+    sim.setDigitalInputs(0x1234);
+    EXPECT_EQ(QrtuReadDigitalInputs(r.port), 0x1234);
+    QrtuWriteDigitalOutputs(r.port, 0x81);
+    EXPECT_EQ(sim.latchedDigitalOutputs(), 0x81);
 }
 
 TEST(QrtuWithSimulator, RandomChannelsInputsAndSpeeds) {

@@ -119,10 +119,14 @@ open_and_close "Calibrate QRT105 Analog To Digital Convertor" 11-calibration alt
 open_and_close "Set Printer Port Address" 12-printer-port alt+p a
 open_and_close "DAQ Type" 13-daq-type alt+p d
 open_and_close "KOVA Help" 14-help alt+h
+open_and_close "Set Up Screens" 15-setup-screens alt+s s
+open_and_close "Screen 1     " 16-view-readings alt+v r
+open_and_close "Chart History" 17-history alt+v h
+open_and_close "Logging Parameters" 18-logging-parameters alt+s l p
+open_and_close "Logging Start/Stop" 19-logging-start-stop alt+s l s
 
 # Items whose windows are still to come: the program answers in the status bar and stays up.
-for seq in "alt+s t" "alt+s s" "alt+s r" "alt+s l p" "alt+s l s" "alt+s a Return" "alt+s c" \
-    "alt+v r" "alt+v m" "alt+v t" "alt+v a" "alt+v h"; do
+for seq in "alt+s t" "alt+s r" "alt+s a Return" "alt+s c" "alt+v m" "alt+v t" "alt+v a"; do
     # shellcheck disable=SC2086
     keys $seq
     xdotool key Escape Escape

@@ -2,14 +2,29 @@
 
 #include <gtest/gtest.h>
 
+#include "core/station.h"
+#include "daq/printer_port_detect.h"
 #include "daq/sim/port_chip.h"
 #include "fake_port_system.h"
+#include "support/test_support.h"
 
 namespace kova {
 
 namespace {
 using test::FakePortSystem;
-}
+
+// Addresses with nothing on them: every read gives 0xFF, writes vanish.
+class FloatingLines final : public BusDevice {
+  public:
+    FloatingLines(std::uint16_t from, std::uint16_t to) : from_(from), to_(to) {}
+    bool claims(std::uint16_t port) const override { return port >= from_ && port <= to_; }
+    std::uint8_t read(std::uint16_t) override { return 0xFF; }
+    void write(std::uint16_t, std::uint8_t) override {}
+
+  private:
+    std::uint16_t from_, to_;
+};
+}  // namespace
 
 TEST(DirectIo, AsksForTheLowRegistersAndTheEcrOfTheChosenPort) {
     auto sys = std::make_shared<FakePortSystem>();
@@ -41,6 +56,57 @@ TEST(DirectIo, BaseFromTheKernelTableElseTheConventionalOne) {
     EXPECT_EQ(port.lptBase(1), 0x378);
     EXPECT_EQ(port.lptBase(3), 0x3BC);
     EXPECT_EQ(port.lptBase(4), 0);
+}
+
+TEST(DirectIo, WithoutTheKernelTableAFloatingBusIsNoPort) {
+    auto sys = std::make_shared<FakePortSystem>();
+    FloatingLines nothing(0x378, 0x37F);
+    sys->bus.attach(nothing);
+    DirectPortIo port(sys, PortPaths{}, 1);
+    EXPECT_FALSE(port.ok());
+    EXPECT_EQ(port.problem(),
+              "LPT 1: no printer port answers at 0x378 (its data register does not read back "
+              "what is written)");
+    EXPECT_EQ(port.lptBase(1), 0);
+}
+
+TEST(DirectIo, FindPortOnAPcWithoutAPrinterPortSaysNotFound) {
+    // Every register reads 0xFF: the PS/2 test alone would take that for a port.
+    auto sys = std::make_shared<FakePortSystem>();
+    FloatingLines nothing(0x378, 0x77A);
+    sys->bus.attach(nothing);
+    DirectPortIo port(sys, PortPaths{}, 1);
+    EXPECT_TRUE(TestForPS2(port, 0x378));
+    Station st;
+    test::ScriptedPrompter prompt;
+    st.platform.port = &port;
+    st.platform.prompter = &prompt;
+    PrinterPortForm f;
+    EXPECT_FALSE(FindPort(st, f));
+    EXPECT_EQ(f.TxtTypePort, "Not Found");
+    EXPECT_EQ(prompt.messages, (std::vector<test::Shown>{{"Port LPT 1 Not Found", "KOVA"}}));
+}
+
+TEST(DirectIo, APortThatReadsBackIsOfferedAndKeepsItsDataByte) {
+    auto sys = std::make_shared<FakePortSystem>();
+    PortChip chip{0x378, PortChipKind::Spp};
+    sys->bus.attach(chip);
+    sys->bus.write(0x378, 0x3C);  // what the outputs held
+    DirectPortIo port(sys, PortPaths{}, 1);
+    EXPECT_TRUE(port.ok());
+    EXPECT_EQ(port.lptBase(1), 0x378);
+    EXPECT_EQ(sys->bus.read(0x378), 0x3C);
+}
+
+TEST(DirectIo, AnotherLptIsProbedOnceWhenAsked) {
+    auto sys = std::make_shared<FakePortSystem>();
+    FloatingLines nothing(0x278, 0x27F);
+    sys->bus.attach(nothing);
+    DirectPortIo port(sys, PortPaths{}, 1);
+    EXPECT_EQ(port.lptBase(2), 0);
+    const auto calls = sys->calls.size();
+    EXPECT_EQ(port.lptBase(2), 0);
+    EXPECT_EQ(sys->calls.size(), calls);
 }
 
 TEST(DirectIo, KernelWithoutIoPortAccessSaysSo) {

@@ -37,21 +37,23 @@ TEST(PortBackends, FallsBackToDirectAccessWhenPpdevIsRefused) {
     EXPECT_NE(dynamic_cast<DirectPortIo*>(port.get()), nullptr);
 }
 
-TEST(PortBackends, WhenNothingWorksThePortReadsZerosAndSaysWhy) {
+TEST(PortBackends, WhenNothingWorksThePortReadsAsAFloatingBusAndSaysWhy) {
     auto sys = std::make_shared<FakePortSystem>();
     sys->iopermErrno = ENOSYS;
     std::string problem;
     auto port = OpenPortBackend(1, problem, sys, PortPaths{});
     ASSERT_NE(port, nullptr);
     const std::string expected =
-        "Printer port LPT 1 cannot be reached, the modules will read 0. /dev/parport0: no such "
+        "Printer port LPT 1 cannot be reached, the modules will read every line high, as with "
+        "nothing connected. /dev/parport0: no such "
         "port (no parallel port driver loaded or no printer port). Direct port access at "
         "0x378-0x37F: not available: this kernel is built without I/O port access.";
     EXPECT_EQ(problem, expected);
     EXPECT_EQ(port->problem(), expected);
     port->write(0x378, 0x55);
-    EXPECT_EQ(port->read(0x378), 0);
-    EXPECT_EQ(port->read(0x379), 0);
+    EXPECT_EQ(port->read(0x378), 0xFF);
+    EXPECT_EQ(port->read(0x379), 0xFF);
+    EXPECT_EQ(port->read(0x37A), 0xFF);
     EXPECT_EQ(port->lptBase(1), 0);
 }
 
@@ -73,7 +75,7 @@ TEST(PortBackends, AnLptNumberOutsideOneToThreeIsRefusedClearly) {
     auto port = OpenPortBackend(7, problem, sys, PortPaths{});
     EXPECT_EQ(problem, "Printer port LPT 7 does not exist: choose LPT 1, 2 or 3");
     EXPECT_TRUE(sys->calls.empty());
-    EXPECT_EQ(port->read(0x378), 0);
+    EXPECT_EQ(port->read(0x378), 0xFF);
 }
 
 // The real calls of this machine, pointed at an empty folder: no device, no kernel table.
@@ -84,12 +86,13 @@ TEST(PortBackends, RealSystemWithoutAnyPortNeverCrashes) {
     auto port = OpenPortBackend(1, problem, MakeRealPortSystem(), paths);
     ASSERT_NE(port, nullptr);
     if (problem.empty()) GTEST_SKIP() << "direct port access works on this machine";
-    EXPECT_EQ(problem.rfind("Printer port LPT 1 cannot be reached, the modules will read 0. " +
+    EXPECT_EQ(problem.rfind("Printer port LPT 1 cannot be reached, the modules will read every "
+                            "line high, as with nothing connected. " +
                                 paths.dev + "/parport0: no such port",
                             0),
               0u);
     EXPECT_NE(problem.find("Direct port access at 0x378-0x37F: "), std::string::npos);
-    EXPECT_EQ(port->read(0x379), 0);
+    EXPECT_EQ(port->read(0x379), 0xFF);
 }
 
 // A regular file where the device should be: it opens, but the ppdev requests are refused.
@@ -112,7 +115,7 @@ TEST(PortBackends, ThisMachineGetsAClearMessage) {
     if (problem.empty()) GTEST_SKIP() << "direct port access works on this machine";
     EXPECT_NE(problem.find("/dev/parport0: no such port"), std::string::npos);
     EXPECT_EQ(port->problem(), problem);
-    EXPECT_EQ(port->read(0x378), 0);
+    EXPECT_EQ(port->read(0x378), 0xFF);
 }
 
 TEST(PortBackends, WindowsDllIsOnlyForWindowsBuilds) {

@@ -18,6 +18,10 @@
 #include "core/configuration.h"
 #include "core/fault.h"
 #include "core/forms/periods_form.h"
+#include "daq/driver_dispatch.h"
+#include "daq/sim/qrtu_simulator.h"
+#include "platform/simulated_bus.h"
+#include "platform/steady_clock.h"
 #include "support/test_support.h"
 #include "tags/tag_table.h"
 #include "ui/ui_support.h"
@@ -229,6 +233,35 @@ TEST(MainWindow, TheScanRunsFromTheTimerWhileTheGuiStaysLive) {
     EXPECT_EQ(r.st.switches.ControlsEnabled, 1);
 }
 
+TEST(MainWindow, AQrtuThatStopsAnsweringIsToldOnceInTheStatusBarAndTheScanGoesOn) {
+    Rig r;
+    SimulatedBus bus;
+    QrtuSimulator sim;
+    SteppingSteadyClock clock(std::chrono::milliseconds(1));
+    r.st.platform.port = &bus;
+    r.st.platform.steady = &clock;
+    BuildIOList(r.st.profile, kDaqQrtu);
+    Tag& t = r.st.tags[1];
+    t.TagName = "IN1";
+    BindIOName(t, "AI-1");
+    t.Address = 1;
+    RebuildModuleSummary(r.st);
+    SelectPort(r.st, 1, 0);
+    sim.attach(bus, 0x378);
+    sim.setConversionReads(-1);  // its conversion-done bit never comes
+    r.st.switches.PollEnabled = true;
+    r.w->tick();
+    EXPECT_EQ(r.w->statusText(),
+              "The QRTU on LPT 1 (0x378) is not answering: its analog inputs read -1");
+    EXPECT_TRUE(r.prompt.messages.empty());  // the status bar only: no box in the way
+    r.w->statusBar()->findChild<QLabel*>("StatusBar1")->clear();
+    r.w->tick();
+    r.w->tick();
+    EXPECT_EQ(r.w->statusText(), "");  // told once
+    EXPECT_TRUE(r.box("OptPoll")->isChecked());
+    sim.detach();
+}
+
 TEST(MainWindow, AFaultInTheScanIsReportedOnceWhileItRepeats) {
     Rig r;
     // A digital input tag on channel 17 faults on every scan.
@@ -348,8 +381,7 @@ TEST(MainWindow, CalibrationWithAModuleWithoutAnalogInputsShowsTheMessageAndOpen
 TEST(MainWindow, ItemsWhoseWindowsAreStillToComeStayEnabledAndSaySo) {
     Rig r;
     for (const char* name :
-         {"SetUpTags", "SetUpScreens", "SetUpTrends", "Parameters", "StartStop", "Alarms",
-          "Control", "ViewReadings", "MinMax", "ViewTrends", "AlarmView", "History"}) {
+         {"SetUpTags", "SetUpTrends", "Alarms", "Control", "MinMax", "ViewTrends", "AlarmView"}) {
         QAction* a = r.action(name);
         ASSERT_NE(a, nullptr);
         EXPECT_TRUE(a->isEnabled()) << name;

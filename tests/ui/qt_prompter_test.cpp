@@ -150,6 +150,34 @@ TEST(QtPrompter, TheSaveDialogProposesTheCurrentFile) {
     EXPECT_EQ(std::filesystem::path(*got).filename(), "PLANT.SUF");
 }
 
+TEST(QtPrompter, TheDialogForAFileToWriteTakesANameThatDoesNotExistYet) {
+    test::TempFolder folder;
+    QtPrompter prompter;
+    std::optional<std::string> got;
+    test::AnswerModal(
+        [&](QWidget* modal) {
+            auto* dialog = qobject_cast<QFileDialog*>(modal);
+            ASSERT_NE(dialog, nullptr);
+            EXPECT_EQ(dialog->windowTitle(), "Open Logging File");
+            EXPECT_EQ(dialog->nameFilters(), QStringList{"All Files (*.CSV)"});
+            EXPECT_EQ(dialog->acceptMode(), QFileDialog::AcceptOpen);
+            EXPECT_EQ(dialog->fileMode(), QFileDialog::AnyFile);
+            EXPECT_EQ(dialog->defaultSuffix(), "CSV");
+            dialog->setDirectory(QString::fromStdString(folder.path().string()));
+            auto* name = dialog->findChild<QLineEdit*>("fileNameEdit");
+            ASSERT_NE(name, nullptr);
+            name->setText("NEWLOG");
+            static_cast<QDialog*>(dialog)->accept();
+        },
+        [&] {
+            got = prompter.chooseFileToWrite("Open Logging File", "All Files (*.CSV)|*.CSV|",
+                                             "*.CSV");
+        });
+    ASSERT_TRUE(got.has_value());
+    EXPECT_EQ(std::filesystem::path(*got).filename(), "NEWLOG.CSV");
+    EXPECT_FALSE(std::filesystem::exists(*got));  // only named; logging makes it
+}
+
 TEST(QtPrompter, ACancelledFileDialogGivesNothing) {
     QtPrompter prompter;
     std::optional<std::string> got = std::string("x");

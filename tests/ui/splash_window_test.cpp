@@ -55,6 +55,15 @@ TEST(SplashWindow, MeasuresUnderTheHourglassShowsTheSpeedPausesAndHandsOver) {
     EXPECT_TRUE(w.fault().empty());
 }
 
+TEST(SplashWindow, ACappedDelaySaysSo) {
+    SplashWindow w([] { return PcSpeedResult{8.0e9, kLargestDelay, true}; }, [](std::int32_t) {});
+    w.timerFired();
+    EXPECT_EQ(w.speedBox()->text(), "PC SPEED=8000000000.00  Delay=32765 (capped)");
+    EXPECT_TRUE(w.speedBox()->toolTip().startsWith(
+        "This PC counts faster than the busy-wait's counter allows: Delay is capped at 32765"));
+    EXPECT_EQ(w.speedBox()->accessibleDescription(), w.speedBox()->toolTip());
+}
+
 TEST(SplashWindow, TheTimerFiresOnceByItself) {
     int measured = 0;
     SplashWindow w(

@@ -55,19 +55,19 @@ TEST(StationPort, ABackEndThatCannotReachThePortSaysWhy) {
     EXPECT_EQ(port.problem(), "LPT 1: no parallel port on this machine");
 }
 
-TEST(StationPort, AnOpenerThatGivesNothingLeavesAPortThatReadsZero) {
+TEST(StationPort, AnOpenerThatGivesNothingLeavesAPortThatReadsAsAFloatingBus) {
     StationPort port([] { return 1; }, [](int, std::string&) { return std::unique_ptr<PortIo>(); });
-    EXPECT_EQ(port.read(0x379), 0);
+    EXPECT_EQ(port.read(0x379), 0xFF);
     EXPECT_EQ(port.lptBase(1), 0);
 }
 
-TEST(StationPort, TheRealChooserOnAMachineWithoutAPortReadsZerosAndExplains) {
+TEST(StationPort, TheRealChooserOnAMachineWithoutAPortReadsAFloatingBusAndExplains) {
     // The build machines have no parallel port; on one that has, the port is simply found.
     StationPort port([] { return 1; });
     port.read(0x379);
     EXPECT_TRUE(port.opened());
     if (!port.problem().empty()) {
-        EXPECT_EQ(port.read(0x378), 0);
+        EXPECT_EQ(port.read(0x378), 0xFF);
         EXPECT_NE(port.problem().find("LPT"), std::string::npos) << port.problem();
     }
 }

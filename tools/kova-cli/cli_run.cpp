@@ -23,15 +23,13 @@
 #include "logging/log_writer.h"
 #include "platform/port_backends.h"
 #include "platform/simulated_bus.h"
+#include "run_support.h"
 #include "setup_json.h"
 
 namespace kova::cli {
 namespace {
 
 std::atomic<bool> gStop{false};
-extern "C" void onSignal(int) {
-    gStop = true;
-}
 
 struct RunOptions {
     std::string file;
@@ -200,6 +198,7 @@ int RunCommand(const std::vector<std::string>& args) {
         return Fail("run: " + error);
     }
 
+    InstallStopSignals(gStop);
     Station st;
     st.workingFolder = std::filesystem::current_path();
     PrintingStatus status;
@@ -231,10 +230,13 @@ int RunCommand(const std::vector<std::string>& args) {
         std::string problem;
         realPort = OpenPortBackend(st.daq.PrinterPortNumber, problem);
         st.platform.port = realPort.get();
-        if (!problem.empty()) std::fprintf(stderr, "kova-cli: run: %s\n", problem.c_str());
         SelectPort(st, st.daq.PrinterPortNumber,
                    static_cast<std::uint16_t>(st.daq.PrinterPortBase));
     }
+
+    MeasureSpeedForRun(st, gStop);
+    RunTeller teller;
+    teller.tell(st);
 
     FaultReport report;
     auto guarded = [&](auto&& action) {
@@ -249,18 +251,16 @@ int RunCommand(const std::vector<std::string>& args) {
     if (o.poll) st.switches.PollEnabled = true;
     if (o.log) guarded([&] { ToggleLogging(st); });
 
-    std::signal(SIGINT, onSignal);
-    std::signal(SIGTERM, onSignal);
     auto next = std::chrono::steady_clock::now();
     for (long long n = 0; !gStop && (!o.ticks || n < *o.ticks); ++n) {
         if (o.start) {
             if (n > 0) simClock.advance(timer.interval);
         } else if (n > 0) {
             next += std::chrono::milliseconds(timer.interval);
-            std::this_thread::sleep_until(next);
-            if (gStop) break;
+            if (!SleepUntilOrStop(next, gStop)) break;
         }
         if (guarded([&] { Tick(st); })) report.clear();
+        teller.tell(st);
     }
 
     guarded([&] { CloseLogFile(st); });

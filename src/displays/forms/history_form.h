@@ -1,0 +1,69 @@
+#pragma once
+// The "Chart History" window (ViewHist): a log file's columns charted in blocks of 200 rows.
+#include <QWidget>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "core/error_report.h"
+#include "core/station.h"
+#include "displays/history_view.h"
+
+class QLabel;
+class QListWidget;
+class QPushButton;
+class QRadioButton;
+
+namespace kova {
+
+class ChartView;
+
+class HistoryWindow : public QWidget {
+    Q_OBJECT
+  public:
+    // How "&Print" prints the window's image (the program passes its printer); false when
+    // nothing was printed.
+    using PrintWindow = std::function<bool(QWidget*)>;
+
+    HistoryWindow(Station& st, ErrorReport& report, PrintWindow print = {},
+                  QWidget* parent = nullptr);
+    ~HistoryWindow() override;
+
+    HistoryView& model() { return *model_; }
+    ChartView* chart() const { return chart_; }
+
+    void selectFileClicked();
+    void forwardClicked();
+    void backClicked();
+    void printClicked();
+    void exitClicked();
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+
+  private:
+    void listSelectionChanged();
+    void showFile();
+    void showPens();
+    std::vector<int> selectedRows() const;
+
+    Station& st_;
+    ErrorReport& report_;
+    PrintWindow print_;
+    ChartView* chart_;
+    std::unique_ptr<HistoryView> model_;
+    std::vector<int> acceptedRows_;  // the selection the pens were made from
+
+    QPushButton* cmdSelectFile_;
+    QLabel* lblFile_;
+    QListWidget* list1_;
+    QLabel* penLabels_[kHistoryPens];
+    QRadioButton* optTime_;
+    QRadioButton* optPeriod_;
+    QPushButton* cmdUp_;
+    QPushButton* cmdDown_;
+    QPushButton* cmdPrint_;
+    QPushButton* cmdExit_;
+};
+
+}  // namespace kova

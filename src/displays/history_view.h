@@ -1,0 +1,103 @@
+#pragma once
+// The "Chart History" window (ViewHist) as a model: the chosen log file, its columns, the
+// four pens, the block of 200 rows on the chart and the steps through the file.
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "core/station.h"
+#include "displays/history_file.h"
+#include "platform/chart_plot.h"
+
+namespace kova {
+
+inline constexpr const char* kHistoryCaption = "Chart History";
+inline constexpr const char* kHistorySelectFileCaption = "&Select File";
+inline constexpr const char* kHistoryForwardCaption = "&Forward";
+inline constexpr const char* kHistoryBackCaption = "&Back";
+inline constexpr const char* kHistoryPrintCaption = "&Print";
+inline constexpr const char* kHistoryExitCaption = "E&xit";
+inline constexpr const char* kHistoryAxisFrame = "X-Axis";
+inline constexpr const char* kHistoryTimeOption = "Time";
+inline constexpr const char* kHistoryPeriodOption = "Period";
+// The file dialog keeps the title it has always had, although it opens log files.
+inline constexpr const char* kHistoryDialogTitle = "Open SetUp File";
+inline constexpr const char* kHistoryDialogFilter = "All Files (*.CSV)|*.CSV|";
+inline constexpr const char* kCannotViewLoggingFile = "Cannot View Current Logging File ";
+inline constexpr const char* kNoMorePointsToPlot = "No More Points To Plot";
+
+// One unit of X per row: labels every 25 rows sit at X = 0, 25, ... 175.
+inline constexpr double kHistoryXIncrement = 1.0;
+inline constexpr int kHistoryLabelEvery = 25;
+inline constexpr int kHistoryLabelCount = 8;
+
+class HistoryView {
+  public:
+    // The window's load: "Period" is the X-axis choice.
+    HistoryView(Station& st, ChartPlot& chart);
+
+    // "&Select File": the file dialog, then openFile with the chosen name (nothing happens
+    // when the dialog is cancelled). True when a file's columns were read.
+    bool selectFile();
+    // A chosen file: refused with a message when it is the file being logged; otherwise
+    // its header gives the column list. Faults (File) naming the file when it cannot be
+    // read; nothing changes then. True when the columns were read.
+    bool openFile(const std::string& name);
+
+    // The items selected in the column list (indexes from 0, any order). Each becomes the
+    // next pen, from the top; then the file's first block is charted. More than four
+    // items are refused: false, and nothing changes.
+    bool selectItems(const std::vector<int>& selected);
+
+    // "&Forward": the next 200 rows of the file.
+    void forward();
+    // "&Back": the 200 rows before the block start, when the block start is above 1. Only
+    // "&Back" moves the block start, so after a selection it stays idle.
+    void back();
+    // The X-axis choice: true for "Time", false for "Period". The block on the chart is
+    // labelled again at once.
+    void chooseTimeAxis(bool time);
+    // "E&xit": the file is closed.
+    void exit();
+
+    // What the window shows.
+    const std::string& fileName() const { return fileName_; }  // LblFile
+    const std::vector<std::string>& listItems() const { return columns_.listItems; }
+    const std::array<std::string, kHistoryPens>& penLabels() const { return penLabels_; }
+    bool timeAxis() const { return timeAxis_; }
+
+    // The state behind it.
+    const HistoryColumns& columns() const { return columns_; }
+    const PenColumns& penColumns() const { return layout_.pens; }
+    const HistoryBlock& block() const { return block_; }
+    std::int16_t blockStart() const { return blockStart_; }
+    std::int16_t previousBlockStart() const { return previousBlockStart_; }
+    bool fileOpen() const { return file_.isOpen(); }
+    const HistoryFile& file() const { return file_; }
+
+    // The block start as the window would hold it after earlier steps back; the window
+    // itself never sets it (tests and benchmarks use this to exercise "&Back").
+    void setBlockStartForTesting(std::int16_t start) { blockStart_ = start; }
+
+  private:
+    bool isFileBeingLogged(const std::string& name) const;
+    void openForReading(const std::string& name);
+    void plot();
+    void labelXAxis();
+
+    Station& st_;
+    ChartPlot& chart_;
+    HistoryFile file_;
+    std::string fileName_;
+    HistoryColumns columns_;
+    BlockLayout layout_;
+    std::array<std::string, kHistoryPens> penLabels_;
+    HistoryBlock block_;
+    bool plotted_ = false;
+    bool timeAxis_ = false;
+    std::int16_t blockStart_ = 0;
+    std::int16_t previousBlockStart_ = 0;
+};
+
+}  // namespace kova

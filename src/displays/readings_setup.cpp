@@ -1,0 +1,154 @@
+#include "displays/readings_setup.h"
+
+#include <cmath>
+
+#include "core/numeric.h"
+#include "platform/prompter.h"
+#include "tags/tag_name_index.h"
+#include "tags/tag_table.h"
+
+namespace kova {
+
+namespace {
+
+constexpr int kDigitalFirstLine = kScreenRows + 1;  // lines 11..20 are the digital rows
+
+std::string descriptionOf(const Station& st, int tagNumber) {
+    return tagNumber >= 1 && tagNumber <= kTableTags ? st.tags[tagNumber].Label : std::string();
+}
+
+void refuse(Station& st, const std::string& text) {
+    st.platform.prompter->message(text, kAppTitle);
+}
+
+// Stores one line from its combo text; false (message shown) when the name is refused.
+bool storeLine(Station& st, int screen, int line, const std::string& text, bool digital) {
+    ScreenLine& l = st.screens.Lines(screen, line);
+    const std::string name = NormalizeTagName(text);
+    if (name.empty()) {
+        l.TagName.clear();
+        l.TagNumber = 0;
+        return true;
+    }
+    const int n = FindTag(st.nameIndex, name);
+    if (n == 0) {
+        refuse(st, "Error " + name + " is not in Variable Database");
+        return false;
+    }
+    const std::int16_t kind = st.tags[n].Kind;
+    if (!digital && kind != kAnalog) {
+        refuse(st, "Error " + name + " is a digital variable");
+        return false;
+    }
+    if (digital && kind != kDigital) {
+        refuse(st, "ERROR " + name + " is an analog variable");
+        return false;
+    }
+    l.TagName = name;
+    l.TagNumber = static_cast<std::int16_t>(n);
+    return true;
+}
+
+// The jump box: empty stores 0; text that is no number stores 0 and is refused; a number
+// outside 0..10 is refused and leaves the target as it was. 0 passes, as the message
+// does not say.
+bool storeJump(Station& st, ScreenHeader& h, const std::string& text) {
+    const std::string message = std::string(kJumpToMessage) + std::to_string(kScreens);
+    if (text.empty()) {
+        h.JumpTo = 0;
+        return true;
+    }
+    if (!isNumeric(text)) {
+        refuse(st, message);
+        h.JumpTo = 0;
+        return false;
+    }
+    // A number too large for a whole number is refused like any other out of range.
+    const double v = roundHalfEven(leadingNumber(text));
+    if (!std::isfinite(v) || v < 0 || v > kScreens) {
+        refuse(st, message);
+        return false;
+    }
+    h.JumpTo = static_cast<std::int16_t>(v);
+    return true;
+}
+
+}  // namespace
+
+std::vector<std::string> ScreenTagChoices(const TagTable& tags, std::int16_t kind) {
+    std::vector<std::string> out;
+    for (int i = 1; i <= kUserTags; ++i)
+        if (tags[i].Kind == kind) out.push_back(tags[i].TagName);
+    return out;
+}
+
+ScreenSetupForm OpenSetupScreens(Station& st) {
+    ScreenSetupForm form;
+    LoadSetupScreen(st, form, 1);
+    form.AnalogChoices = ScreenTagChoices(st.tags, kAnalog);
+    form.DigitalChoices = ScreenTagChoices(st.tags, kDigital);
+    return form;
+}
+
+void LoadSetupScreen(Station& st, ScreenSetupForm& form, int n) {
+    ScreenHeader& h = st.screens.Headers[n];
+    form.LblScrNo = n;
+    form.TxtScreen = h.Title;
+    if (h.JumpTo != 0) {
+        if (h.JumpTo < 0 || h.JumpTo > kScreens) h.JumpTo = 1;
+        form.TxtJump = std::to_string(h.JumpTo);
+    } else {
+        // Read as target 1 until the screen is saved again with the box still empty.
+        h.JumpTo = 1;
+        form.TxtJump.clear();
+    }
+    for (int row = 0; row < kScreenRows; ++row) {
+        const ScreenLine& an = st.screens.Lines(n, row + 1);
+        form.CboAnTag[row] = an.TagName;
+        form.LblAn[row] = descriptionOf(st, an.TagNumber);
+        const ScreenLine& dig = st.screens.Lines(n, row + kDigitalFirstLine);
+        form.CboDigTag[row] = dig.TagName;
+        form.LblDig[row] = descriptionOf(st, dig.TagNumber);
+    }
+}
+
+int SaveSetupScreen(Station& st, const ScreenSetupForm& form) {
+    const int n = form.LblScrNo;
+    ScreenHeader& h = st.screens.Headers[n];
+    h.Title = form.TxtScreen;
+    if (!storeJump(st, h, form.TxtJump)) return 1;
+    for (int row = 0; row < kScreenRows; ++row)
+        if (!storeLine(st, n, row + 1, form.CboAnTag[row], false)) return 1;
+    for (int row = 0; row < kScreenRows; ++row)
+        if (!storeLine(st, n, row + kDigitalFirstLine, form.CboDigTag[row], true)) return 1;
+    return 0;
+}
+
+bool NextSetupScreen(Station& st, ScreenSetupForm& form) {
+    if (SaveSetupScreen(st, form) != 0) return false;
+    LoadSetupScreen(st, form, form.LblScrNo == kScreens ? 1 : form.LblScrNo + 1);
+    return true;
+}
+
+bool PrevSetupScreen(Station& st, ScreenSetupForm& form) {
+    if (SaveSetupScreen(st, form) != 0) return false;
+    LoadSetupScreen(st, form, form.LblScrNo == 1 ? kScreens : form.LblScrNo - 1);
+    return true;
+}
+
+bool ExitSetupScreens(Station& st, ScreenSetupForm& form) {
+    if (SaveSetupScreen(st, form) == 0) return true;
+    return st.platform.prompter->askYesNo(kExitQuestion, kExitQuestionTitle);
+}
+
+void AskPickerFromRow(ScreenSetupForm& form, int row) {
+    form.PickerRow = row >= 0 && row < kScreenRows ? row : -1;
+}
+
+void TakePickedTag(ScreenSetupForm& form, const std::string& name) {
+    if (form.PickerRow < 0) return;
+    form.CboAnTag[form.PickerRow] = name;
+    form.PickerRow = -1;
+}
+
+}  // namespace kova
