@@ -1,5 +1,5 @@
 # The two commands a newcomer needs: `make run` and `make test`.
-.PHONY: all deps build run test sanitize fuzz bench clean
+.PHONY: all deps build run test sanitize fuzz bench windows clean
 
 JOBS ?= $(shell nproc)
 
@@ -28,6 +28,10 @@ fuzz: deps
 
 bench: build
 	bash scripts/run-benchmarks.sh
+
+# kova-cli.exe for a Windows station, cross-compiled: build/windows/tools/kova-cli/kova-cli.exe
+windows:
+	bash scripts/check-windows-build.sh
 
 clean:
 	rm -rf build
