@@ -23,20 +23,21 @@
 #include "app/qt_prompter.h"
 #include "app/qt_seams.h"
 #include "control/forms/control_form.h"
+#include "core/forms/form_widgets.h"
 #include "core/forms/periods_form.h"
 #include "daq/calibration_model.h"
 #include "daq/forms/calibration_form.h"
 #include "daq/forms/printer_port_form.h"
+#include "daq/port_messages.h"
+#include "displays/forms/history_form.h"
+#include "displays/forms/min_max_form.h"
 #include "displays/forms/readings_setup_form.h"
 #include "displays/forms/readings_view_form.h"
-#include "displays/forms/history_form.h"
+#include "displays/forms/trend_setup_form.h"
+#include "displays/forms/trend_view_form.h"
 #include "logging/forms/set_logging_form.h"
 #include "logging/forms/start_log_form.h"
 #include "logging/log_status.h"
-#include "daq/port_messages.h"
-#include "displays/forms/min_max_form.h"
-#include "displays/forms/trend_setup_form.h"
-#include "displays/forms/trend_view_form.h"
 #include "tags/forms/daq_type_form.h"
 #include "tags/forms/tag_editor_form.h"
 
@@ -44,21 +45,14 @@ namespace kova::app {
 
 namespace {
 
+using forms::IndicatorBox;
+
 QPushButton* runButton(const char* name, const char* caption, QWidget* parent) {
     auto* b = new QPushButton(caption, parent);
     b->setObjectName(name);
     b->setMinimumWidth(140);
     return b;
 }
-
-// A check box that shows a switch: only the program sets it, clicks do not reach it.
-class IndicatorBox final : public QCheckBox {
-  public:
-    using QCheckBox::QCheckBox;
-
-  protected:
-    bool hitButton(const QPoint&) const override { return false; }
-};
 
 QCheckBox* indicator(const char* name, QWidget* parent) {
     auto* c = new IndicatorBox(parent);

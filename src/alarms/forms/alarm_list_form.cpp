@@ -9,15 +9,13 @@
 #include <QScrollBar>
 #include <QVBoxLayout>
 
+#include "core/forms/form_widgets.h"
+
 namespace kova {
 
 namespace {
 
-QPushButton* button(const char* name, const char* caption, QWidget* parent) {
-    auto* b = new QPushButton(caption, parent);
-    b->setObjectName(name);
-    return b;
-}
+using forms::button;
 
 constexpr const char* kCurrentCaption = "Current alarms";
 constexpr const char* kHistoryCaption = "Alarm history";

@@ -9,28 +9,20 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "core/forms/form_widgets.h"
+
 namespace kova {
 
 namespace {
 
-QPushButton* button(const char* name, const char* caption, QWidget* parent) {
-    auto* b = new QPushButton(caption, parent);
-    b->setObjectName(name);
-    return b;
-}
+using forms::button;
+using forms::caption;
 
 QLineEdit* textBox(const char* name, int width, QWidget* parent) {
     auto* e = new QLineEdit(parent);
     e->setObjectName(name);
     if (width > 0) e->setMaximumWidth(width);
     return e;
-}
-
-QLabel* caption(const char* text, QWidget* buddy, QWidget* parent) {
-    auto* l = new QLabel(text, parent);
-    l->setBuddy(buddy);
-    buddy->setAccessibleName(QString(text).remove('&'));
-    return l;
 }
 
 }  // namespace

@@ -13,15 +13,14 @@
 #include <QTextBlock>
 #include <QVBoxLayout>
 
+#include "core/forms/form_widgets.h"
+
 namespace kova {
 
 namespace {
 
-QPushButton* button(const char* name, const char* caption, QWidget* parent) {
-    auto* b = new QPushButton(caption, parent);
-    b->setObjectName(name);
-    return b;
-}
+using forms::button;
+using forms::caption;
 
 // A THEN or ELSE box: one assignment per line; Tab moves on instead of typing a tab.
 QPlainTextEdit* assignmentBox(const char* name, QWidget* parent) {
@@ -32,13 +31,6 @@ QPlainTextEdit* assignmentBox(const char* name, QWidget* parent) {
     const int line = QFontMetrics(e->font()).lineSpacing();
     e->setMinimumHeight(4 * line + 12);
     return e;
-}
-
-QLabel* caption(const char* text, QWidget* buddy, QWidget* parent) {
-    auto* l = new QLabel(text, parent);
-    l->setBuddy(buddy);
-    buddy->setAccessibleName(QString(text).remove('&'));
-    return l;
 }
 
 // The boxes show text lines separated by LF; the line keeps them separated by CR LF.

@@ -7,9 +7,13 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "core/forms/form_widgets.h"
+
 namespace kova {
 
 namespace {
+
+using forms::button;
 QLineEdit* box(const char* name, bool readOnly, QWidget* parent) {
     auto* e = new QLineEdit(parent);
     e->setObjectName(name);
@@ -18,11 +22,6 @@ QLineEdit* box(const char* name, bool readOnly, QWidget* parent) {
     return e;
 }
 
-QPushButton* button(const char* name, const char* caption, QWidget* parent) {
-    auto* b = new QPushButton(caption, parent);
-    b->setObjectName(name);
-    return b;
-}
 }  // namespace
 
 CalibrationWindow::CalibrationWindow(Station& st, ErrorReport& report, QWidget* parent,

@@ -17,17 +17,14 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "core/forms/form_widgets.h"
 #include "displays/forms/chart_view.h"
 
 namespace kova {
 
 namespace {
-QPushButton* button(const char* name, const char* caption, QWidget* parent) {
-    auto* b = new QPushButton(caption, parent);
-    b->setObjectName(name);
-    return b;
-}
 
+using forms::button;
 QString q(const std::string& s) {
     return QString::fromStdString(s);
 }

@@ -11,9 +11,13 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "core/forms/form_widgets.h"
+
 namespace kova {
 
 namespace {
+
+using forms::IndicatorBox;
 
 QString qs(const std::string& s) {
     return QString::fromStdString(s);
@@ -37,15 +41,6 @@ void setText(QLineEdit* e, const std::string& text) {
     const QString t = qs(text);
     if (e->text() != t) e->setText(t);
 }
-
-// A check box that shows a state: only the program sets it.
-class IndicatorBox final : public QCheckBox {
-  public:
-    using QCheckBox::QCheckBox;
-
-  protected:
-    bool hitButton(const QPoint&) const override { return false; }
-};
 
 }  // namespace
 

@@ -8,15 +8,13 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "core/forms/form_widgets.h"
+
 namespace kova {
 
 namespace {
-QPushButton* button(const char* name, const char* caption, QWidget* parent) {
-    auto* b = new QPushButton(caption, parent);
-    b->setObjectName(name);
-    return b;
-}
 
+using forms::button;
 // A pen box: a name typed or picked from the list. What is typed is what gets checked, so
 // no completion and no adding typed names to the list.
 QComboBox* penBox(int pen, QWidget* parent) {

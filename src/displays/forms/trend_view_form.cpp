@@ -8,17 +8,15 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "core/forms/form_widgets.h"
 #include "displays/forms/chart_view.h"
 
 namespace kova {
 
 namespace {
-QPushButton* button(const char* name, const char* caption, QWidget* parent) {
-    auto* b = new QPushButton(caption, parent);
-    b->setObjectName(name);
-    return b;
-}
 
+using forms::button;
+using forms::IndicatorBox;
 // A value shown beside its heading; screen readers announce the heading as its name.
 QLabel* valueLabel(const char* name, const char* heading, QWidget* parent) {
     auto* l = new QLabel(parent);
@@ -38,14 +36,6 @@ QLineEdit* limitBox(const char* name, const char* text, QWidget* parent) {
     return e;
 }
 
-// A check box that shows a state: only the program sets it, clicks do not reach it.
-class IndicatorBox final : public QCheckBox {
-  public:
-    using QCheckBox::QCheckBox;
-
-  protected:
-    bool hitButton(const QPoint&) const override { return false; }
-};
 }  // namespace
 
 ViewTrendWindow::ViewTrendWindow(Station& st, ErrorReport& report, QWidget* parent)

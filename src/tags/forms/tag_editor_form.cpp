@@ -11,22 +11,19 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "core/forms/form_widgets.h"
 #include "platform/printer.h"
 
 namespace kova {
 
 namespace {
+
+using forms::button;
 QLineEdit* box(const char* name, int width, QWidget* parent) {
     auto* e = new QLineEdit(parent);
     e->setObjectName(name);
     if (width > 0) e->setFixedWidth(width);
     return e;
-}
-
-QPushButton* button(const char* name, const char* caption, QWidget* parent) {
-    auto* b = new QPushButton(caption, parent);
-    b->setObjectName(name);
-    return b;
 }
 
 // A label beside its box: the box carries the label's text as its accessible name, so
