@@ -127,20 +127,20 @@ open_and_close "Calibrate QRT105 Analog To Digital Convertor" 11-calibration alt
 open_and_close "Set Printer Port Address" 12-printer-port alt+p a
 open_and_close "DAQ Type" 13-daq-type alt+p d
 open_and_close "KOVA Help" 14-help alt+h
-open_and_close "Set Up Screens" 15-setup-screens alt+s s
-open_and_close "Screen 1     " 16-view-readings alt+v r
-open_and_close "Chart History" 17-history alt+v h
-open_and_close "Logging Parameters" 18-logging-parameters alt+s l p
-open_and_close "Logging Start/Stop" 19-logging-start-stop alt+s l s
-open_and_close "Tag Configuration" 20-tags alt+s t
-open_and_close "Control Language" 21-control alt+s c
-open_and_close "Alarm Set Up" 22-alarm-setup alt+s a Return
-open_and_close "Alarms" 23-alarm-list alt+v a
-open_and_close "Maximum And Minimum Readings" 24-min-max alt+v m
-open_and_close "SetUp Trends" 25-trend-setup alt+s r
-open_and_close "View Trends" 26-trends alt+v t
+open_and_close "Set Up Screens" 40-setup-screens alt+s s
+open_and_close "Screen 1     " 41-view-readings alt+v r
+open_and_close "Chart History" 42-history alt+v h
+open_and_close "Logging Parameters" 43-logging-parameters alt+s l p
+open_and_close "Logging Start/Stop" 44-logging-start-stop alt+s l s
+open_and_close "Tag Configuration" 45-tags alt+s t
+open_and_close "Control Language" 46-control alt+s c
+open_and_close "Alarm Set Up" 47-alarm-setup alt+s a Return
+open_and_close "Alarms" 48-alarm-list alt+v a
+open_and_close "Maximum And Minimum Readings" 49-min-max alt+v m
+open_and_close "SetUp Trends" 50-trend-setup alt+s r
+open_and_close "View Trends" 51-trends alt+v t
 alive && pass "every menu item answered, the program is running" || fail "the program ended"
-shot 15-after-menus
+shot 59-after-menus
 
 # File New says so.
 keys alt+f n
