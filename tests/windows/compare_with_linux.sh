@@ -47,11 +47,12 @@ scenario() {
             fi
             echo $? >exit-code.txt
         )
+        # The measured PC speed is the one line that depends on the machine.
         for f in stdout.txt stderr.txt; do
-            tr -d '\r' <"$work/$side/$name/$f" >"$work/$side/$name/$f.tmp"
+            tr -d '\r' <"$work/$side/$name/$f" | grep -v '^PC SPEED=' >"$work/$side/$name/$f.tmp"
             mv "$work/$side/$name/$f.tmp" "$work/$side/$name/$f"
         done
-        # The measured scan time is the one figure that depends on the machine.
+        # So is the measured scan time.
         if [ -f "$work/$side/$name/state.json" ]; then
             python3 - "$work/$side/$name/state.json" <<'PY'
 import json, sys

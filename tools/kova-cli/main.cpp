@@ -40,6 +40,9 @@ int main(int argc, char** argv) {
     using namespace kova::cli;
     CLI::App app("kova-cli: inspect, build, check and run KOVA setup files", "kova-cli");
     app.require_subcommand(1);
+    // A path such as /data/Plant.SUF is a file name on every system, never a "/option" in
+    // the Windows manner (which the Windows build would otherwise accept).
+    app.allow_windows_style_options(false);
     CommandRun run;
     AddDumpCommand(app, run);
     AddBuildCommand(app, run);
