@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdlib>
+#include <filesystem>
 #include <memory>
 
 #include "cli_runner.h"
@@ -92,6 +94,9 @@ TEST(CliCheckWindows, ReportsAlarmsTheAlarmSetUpWindowRefuses) {
     st->alarms.Alarms[7].HiMsg = "an unused alarm";  // no tag: not a problem
     st->alarms.Alarms[7].HiVal = 1;
     st->alarms.Alarms[7].LoVal = 5;
+    st->alarms.Alarms[8].TagNo = 1;  // checked by the scan, shown as no alarm
+    SetAlarm(*st, 9, "LEVEL", 90, 10);
+    st->alarms.Alarms[9].TagNo = 3;
     const Checked c = Check(dir, *st);
     EXPECT_EQ(c.result.exitCode, 1) << c.result.err;
     const std::string& p = c.path;
@@ -108,7 +113,13 @@ TEST(CliCheckWindows, ReportsAlarmsTheAlarmSetUpWindowRefuses) {
                   p +
                   ": alarm 6 (TEMP): the alarm set-up window refuses it (\"Alarm messages too "
                   "long to save: the tag name and the three messages, with the longest message "
-                  "counted twice, may have at most 80 characters together; these have 124\")\n");
+                  "counted twice, may have at most 80 characters together; these have 124\")\n" +
+                  p +
+                  ": alarm 8: TagNo 1 without a tag name: the alarm checks tag 1, the alarm "
+                  "set-up window shows no tag and stores 0\n" +
+                  p +
+                  ": alarm 9: TagNo 3 is not the number of LEVEL (1): the alarm checks tag 3, "
+                  "the alarm set-up window stores 1\n");
 }
 
 TEST(CliCheckWindows, ReportsScreensTheScreenSetUpWindowRefuses) {
@@ -125,7 +136,11 @@ TEST(CliCheckWindows, ReportsScreensTheScreenSetUpWindowRefuses) {
     line(1, 1, "LEVEL");  // accepted
     line(1, 2, "PUMP");
     line(1, 3, "FLOW");
-    line(1, 4, "TS");     // a system variable, typed in: accepted
+    line(1, 4, "TS");  // a system variable, typed in: accepted
+    line(1, 5, "");
+    st->screens.Lines(1, 5).TagNumber = 1;
+    line(1, 6, "LEVEL");
+    st->screens.Lines(1, 6).TagNumber = 3;
     line(1, 11, "PUMP");  // accepted
     line(1, 12, "TEMP");
     const Checked c = Check(dir, *st);
@@ -141,6 +156,12 @@ TEST(CliCheckWindows, ReportsScreensTheScreenSetUpWindowRefuses) {
                   p +
                   ": screen 1 line 3 (FLOW): the screen set-up window refuses it (\"Error FLOW "
                   "is not in Variable Database\")\n" +
+                  p +
+                  ": screen 1 line 5: TagNumber 1 without a tag name: the screen shows tag 1, "
+                  "the screen set-up window shows no tag and stores 0\n" +
+                  p +
+                  ": screen 1 line 6: TagNumber 3 is not the number of LEVEL (1): the screen "
+                  "shows tag 3, the screen set-up window stores 1\n" +
                   p +
                   ": screen 1 line 12 (TEMP): the screen set-up window refuses it (\"ERROR TEMP "
                   "is an analog variable\")\n" +
@@ -200,6 +221,19 @@ TEST(CliCheckWindows, ReportsControlLinesTheEditorRefuses) {
                   p +
                   ": control line 5: Stored Code Does Not Match The Statement Text. Check The "
                   "Line In The Editor\n");
+}
+
+TEST(CliCheckWindows, TheDemoConfigurationChecksClean) {
+    TempFolder dir;
+    const char* src = std::getenv("KOVA_SOURCE_DIR");
+    ASSERT_NE(src, nullptr) << "KOVA_SOURCE_DIR names the source folder";
+    const std::string demo = (std::filesystem::path(src) / "examples" / "demo.json").string();
+    const std::string out = (dir / "demo.SUF").string();
+    const CliResult built = RunCli({"build", demo, "-o", out});
+    ASSERT_EQ(built.exitCode, 0) << built.err;
+    const CliResult r = RunCli({"check", out});
+    EXPECT_EQ(r.exitCode, 0) << r.out;
+    EXPECT_EQ(r.out, out + ": no problems found\n");
 }
 
 }  // namespace kova::test

@@ -4,6 +4,7 @@
 #include "control/line_check.h"
 #include "displays/readings_setup.h"
 #include "displays/trend_setup.h"
+#include "tags/tag_name_index.h"
 #include "tags/tag_table.h"
 
 namespace kova::cli {
@@ -12,12 +13,36 @@ namespace {
 std::string refused(const std::string& where, const char* window, const std::string& message) {
     return where + ": the " + window + " refuses it (\"" + message + "\")";
 }
+
+// The scan goes by the stored number, the set-up window by the name: when the two disagree
+// the program does one thing and the window shows another, and saving silently changes it.
+// `field` is the number's name in the file, `user` what uses the number. "" when they agree,
+// when the name is refused anyway or the number is outside 1..42 (other checks say so).
+std::string numberMismatch(const Station& st, const std::string& where, const char* field,
+                           const std::string& name, int number, const char* user,
+                           const char* window) {
+    if (number < 1 || number > kTableTags) return {};
+    const std::string n = std::to_string(number);
+    if (name.empty())
+        return where + ": " + field + " " + n + " without a tag name: " + user + " tag " + n +
+               ", the " + window + " shows no tag and stores 0";
+    const int found = FindTag(st.nameIndex, NormalizeTagName(name));
+    if (found == 0 || found == number) return {};
+    return where + ": " + field + " " + n + " is not the number of " + name + " (" +
+           std::to_string(found) + "): " + user + " tag " + n + ", the " + window + " stores " +
+           std::to_string(found);
+}
 }  // namespace
 
 std::vector<std::string> CheckAlarmRecords(const Station& st) {
     std::vector<std::string> problems;
     for (int n = 1; n <= kAlarmCount; ++n) {
         const AlarmDef& a = st.alarms.Alarms[n];
+        const std::string where = "alarm " + std::to_string(n);
+        if (std::string m = numberMismatch(st, where, "TagNo", a.TagName, a.TagNo,
+                                           "the alarm checks", "alarm set-up window");
+            !m.empty())
+            problems.push_back(std::move(m));
         if (a.TagName.empty()) continue;
         AlarmSetupForm form;
         ShowAlarm(st, form, n);
@@ -39,6 +64,11 @@ std::vector<std::string> CheckScreenRecords(const Station& st) {
                         "screen set-up window", r));
         for (int l = 1; l <= 2 * kScreenRows; ++l) {
             const ScreenLine& line = st.screens.Lines(s, l);
+            const std::string where = "screen " + std::to_string(s) + " line " + std::to_string(l);
+            if (std::string m = numberMismatch(st, where, "TagNumber", line.TagName, line.TagNumber,
+                                               "the screen shows", "screen set-up window");
+                !m.empty())
+                problems.push_back(std::move(m));
             if (line.TagName.empty()) continue;
             int number = 0;
             const std::string r = ScreenLineRefusal(st, line.TagName, l > kScreenRows, number);

@@ -10,11 +10,14 @@
 namespace kova::cli {
 
 // Every alarm with a tag name, as the alarm set-up window saves it: the name must be a
-// tag's, high above low, the texts must fit the record. Alarms without a name are unused.
+// tag's, high above low, the texts must fit the record. Alarms without a name and without a
+// tag number are unused; a number that is not the name's tag is reported (the scan goes by
+// the number, the window by the name).
 std::vector<std::string> CheckAlarmRecords(const Station& st);
 
 // Every screen as the screen set-up window saves it: the jump target, and every line with a
-// name (a tag of the row's kind: analog lines 1..10, digital lines 11..20).
+// name (a tag of the row's kind: analog lines 1..10, digital lines 11..20); and, as for
+// alarms, a tag number that is not the number of the line's name.
 std::vector<std::string> CheckScreenRecords(const Station& st);
 
 // Every pen with a tag as the trend set-up window shows and saves it: the tag's name must
