@@ -5,6 +5,7 @@
 #include "control/compiler.h"
 #include "control/control_messages.h"
 #include "control/evaluator.h"
+#include "core/fault.h"
 #include "core/text_encoding.h"
 #include "tags/tag_table.h"
 
@@ -128,9 +129,20 @@ std::vector<ControlLineProblem> FindControlLineProblems(const Station& st, Stati
             problems.push_back({i, std::move(message), editorRefuses});
         };
         const PartCheck ifPart = CheckIfText(st, line.IfText);
-        const PartCheck thenPart = CheckAssignmentText(st, exec, line.ThenText, kThen);
-        const PartCheck elsePart = CheckAssignmentText(st, exec, line.ElseText, kElse);
-        for (const PartCheck* p : {&ifPart, &thenPart, &elsePart})
+        PartCheck thenPart;
+        PartCheck elsePart;
+        try {
+            thenPart = CheckAssignmentText(st, exec, line.ThenText, kThen);
+            elsePart = CheckAssignmentText(st, exec, line.ElseText, kElse);
+        } catch (const Fault& f) {
+            // A target the program cannot write (a tag whose channel no module has): the
+            // editor would end in a run-time error. Say so, and check the texts compiled only.
+            add(std::string("executing it fails: ") + f.what(), false);
+            thenPart = CheckAssignmentText(st, nullptr, line.ThenText, kThen);
+            elsePart = CheckAssignmentText(st, nullptr, line.ElseText, kElse);
+        }
+        const PartCheck* parts[] = {&ifPart, &thenPart, &elsePart};
+        for (const PartCheck* p : parts)
             if (!p->ok) add(p->message);
         const auto bytes = ControlRecordBytes(line);
         if (!bytes)

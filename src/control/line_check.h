@@ -55,14 +55,15 @@ std::optional<std::size_t> ControlRecordBytes(const ControlLine& line);
 // One problem of a stored line.
 struct ControlLineProblem {
     int line = 0;               // 1..30
-    std::string message;        // the editor's message, or kStaleCode
-    bool editorRefuses = true;  // false for codes that no longer match their texts
+    std::string message;        // the editor's message, kStaleCode, or a failed execution
+    bool editorRefuses = true;  // false for the two others
 };
 
 // Every stored line whose three texts are not all empty, checked part by part as the editor
 // checks it (every failing part is reported, not only the first). When `exec` is given (a
 // station of its own, holding the same tags) each assignment is also executed once there, as
-// the editor does, so an assignment the target refuses is found; `st` is never changed.
+// the editor does, so an assignment the target refuses is found; `st` is never changed. An
+// execution that faults (a target no module has) is reported, and the line compiled only.
 std::vector<ControlLineProblem> FindControlLineProblems(const Station& st, Station* exec);
 
 // The same, compiled only (nothing is executed, no tag or output changes); one entry per

@@ -242,3 +242,25 @@ TEST(CliCheckWindows, TheDemoConfigurationChecksClean) {
 }
 
 }  // namespace kova::test
+
+namespace kova::test {
+
+TEST(CliCheckWindows, ControlLinesOnTagsWithImpossibleChannelsAreReportedNotFatal) {
+    TempFolder dir;
+    auto st = WithTags();
+    StoreControl(*st, 1, "", "@PUMP = 1");
+    st->tags[2].IONumber = 20;  // no module has digital output 20
+    const Checked c = Check(dir, *st);
+    EXPECT_EQ(c.result.exitCode, 1) << c.result.err;
+    EXPECT_EQ(c.result.err, "");
+    const std::string& p = c.path;
+    EXPECT_EQ(c.result.out,
+              p +
+                  ": tag 2 (PUMP): the tag editor refuses it (\"I/O Number of Digital Outputs "
+                  "must be between 1 and 4\")\n" +
+                  p +
+                  ": control line 1: executing it fails: Subscript out of range: digital output "
+                  "bit index 20 not in 1..16\n");
+}
+
+}  // namespace kova::test
