@@ -107,34 +107,34 @@ void ShowAlarm(const Station& st, AlarmSetupForm& form, int number) {
     form.TxtNormMsg = a.NormMsg;
 }
 
+std::optional<AlarmRefusal> CheckAlarmForm(const Station& st, const AlarmSetupForm& form) {
+    const std::string name = NormalizeTagName(form.CboTag);
+    if (name.empty()) return std::nullopt;
+    if (FindTag(st.nameIndex, name) == 0) return AlarmRefusal{"Tag Name Not Found", "ERROR"};
+    if (!isNumeric(form.TxtHiVal) || !isNumeric(form.TxtLoVal))
+        return AlarmRefusal{"High and Low Alarm Values must be numbers", "Error"};
+    if (toSingle(leadingNumber(form.TxtHiVal)) <= toSingle(leadingNumber(form.TxtLoVal)))
+        return AlarmRefusal{"High Alarm Value must be greater than Low Alarm Value", "Error"};
+    const std::string& kept = st.alarms.Alarms[form.LblAlmNo].LastText;
+    if (std::string problem = recordProblem(name, form, kept); !problem.empty())
+        return AlarmRefusal{std::move(problem), "Error"};
+    return std::nullopt;
+}
+
 bool SaveAlarm(Station& st, const AlarmSetupForm& form) {
     AlarmDef& a = st.alarms.Alarms[form.LblAlmNo];
-    Prompter& prompt = *st.platform.prompter;
-
     const std::string name = NormalizeTagName(form.CboTag);
     if (name.empty()) {
         clearAlarm(a);
         return true;
     }
+    if (const auto refusal = CheckAlarmForm(st, form)) {
+        st.platform.prompter->message(refusal->text, refusal->title);
+        return false;
+    }
     const int tagNo = FindTag(st.nameIndex, name);
-    if (tagNo == 0) {
-        prompt.message("Tag Name Not Found", "ERROR");
-        return false;
-    }
-    if (!isNumeric(form.TxtHiVal) || !isNumeric(form.TxtLoVal)) {
-        prompt.message("High and Low Alarm Values must be numbers", "Error");
-        return false;
-    }
     const float hi = toSingle(leadingNumber(form.TxtHiVal));
     const float lo = toSingle(leadingNumber(form.TxtLoVal));
-    if (hi <= lo) {
-        prompt.message("High Alarm Value must be greater than Low Alarm Value", "Error");
-        return false;
-    }
-    if (const std::string problem = recordProblem(name, form, a.LastText); !problem.empty()) {
-        prompt.message(problem, "Error");
-        return false;
-    }
 
     a.TagName = name;
     a.TagNo = static_cast<std::int16_t>(tagNo);

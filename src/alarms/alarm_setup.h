@@ -31,6 +31,16 @@ AlarmSetupForm OpenAlarmSetup(const Station& st);
 // Puts alarm `number` into the controls (the list and the switch stay).
 void ShowAlarm(const Station& st, AlarmSetupForm& form, int number);
 
+// A message SaveAlarm shows, with its title.
+struct AlarmRefusal {
+    std::string text;
+    std::string title;
+};
+
+// SaveAlarm's checks of the shown texts, in their order: the first refusal, nullopt when
+// the alarm would be stored (a form without a tag clears the alarm: always taken).
+std::optional<AlarmRefusal> CheckAlarmForm(const Station& st, const AlarmSetupForm& form);
+
 // Stores the shown alarm, or clears it when no tag is chosen. On a refusal the message
 // has been shown, nothing is stored and false is returned.
 bool SaveAlarm(Station& st, const AlarmSetupForm& form);

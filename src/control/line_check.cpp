@@ -5,6 +5,7 @@
 #include "control/compiler.h"
 #include "control/control_messages.h"
 #include "control/evaluator.h"
+#include "core/fault.h"
 #include "core/text_encoding.h"
 #include "tags/tag_table.h"
 
@@ -118,33 +119,52 @@ std::optional<std::size_t> ControlRecordBytes(const ControlLine& line) {
     return total;
 }
 
-std::vector<std::string> CheckControlTable(const Station& st) {
+std::vector<ControlLineProblem> FindControlLineProblems(const Station& st, Station* exec) {
     using namespace control_text;
-    std::vector<std::string> problems;
+    std::vector<ControlLineProblem> problems;
     for (int i = 1; i <= kControlLines; ++i) {
         const ControlLine& line = st.control.Lines[i];
         if (line.IfText.empty() && line.ThenText.empty() && line.ElseText.empty()) continue;
-        const std::string prefix = "Control line " + std::to_string(i) + ": ";
+        auto add = [&](std::string message, bool editorRefuses = true) {
+            problems.push_back({i, std::move(message), editorRefuses});
+        };
         const PartCheck ifPart = CheckIfText(st, line.IfText);
-        const PartCheck thenPart = CheckAssignmentText(st, nullptr, line.ThenText, kThen);
-        const PartCheck elsePart = CheckAssignmentText(st, nullptr, line.ElseText, kElse);
-        for (const PartCheck* p : {&ifPart, &thenPart, &elsePart})
-            if (!p->ok) problems.push_back(prefix + p->message);
+        PartCheck thenPart;
+        PartCheck elsePart;
+        try {
+            thenPart = CheckAssignmentText(st, exec, line.ThenText, kThen);
+            elsePart = CheckAssignmentText(st, exec, line.ElseText, kElse);
+        } catch (const Fault& f) {
+            // A target the program cannot write (a tag whose channel no module has): the
+            // editor would end in a run-time error. Say so, and check the texts compiled only.
+            add(std::string("executing it fails: ") + f.what(), false);
+            thenPart = CheckAssignmentText(st, nullptr, line.ThenText, kThen);
+            elsePart = CheckAssignmentText(st, nullptr, line.ElseText, kElse);
+        }
+        const PartCheck* parts[] = {&ifPart, &thenPart, &elsePart};
+        for (const PartCheck* p : parts)
+            if (!p->ok) add(p->message);
         const auto bytes = ControlRecordBytes(line);
         if (!bytes)
-            problems.push_back(prefix + kCannotEncode);
+            add(kCannotEncode);
         else if (*bytes > kControlRecordBytes)
-            problems.push_back(prefix + kLineTooLong);
+            add(kLineTooLong);
         // Codes that no longer match their texts (a tag renamed since the line was checked):
         // the scan runs the stored codes, so the line does not do what its texts say.
         // A part whose text is "" never runs, so its code does not matter.
         const bool stale = ifPart.code != line.IfCode ||
                            (!line.ThenText.empty() && thenPart.code != line.ThenCode) ||
                            (!line.ElseText.empty() && elsePart.code != line.ElseCode);
-        if (ifPart.ok && thenPart.ok && elsePart.ok && stale)
-            problems.push_back(prefix + kStaleCode);
+        if (ifPart.ok && thenPart.ok && elsePart.ok && stale) add(kStaleCode, false);
     }
     return problems;
+}
+
+std::vector<std::string> CheckControlTable(const Station& st) {
+    std::vector<std::string> out;
+    for (const ControlLineProblem& p : FindControlLineProblems(st, nullptr))
+        out.push_back("Control line " + std::to_string(p.line) + ": " + p.message);
+    return out;
 }
 
 }  // namespace kova

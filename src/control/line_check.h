@@ -52,9 +52,22 @@ inline constexpr std::size_t kControlRecordBytes = 128;
 // each, and two 16-bit integers. nullopt when a text has a character Windows-1252 lacks.
 std::optional<std::size_t> ControlRecordBytes(const ControlLine& line);
 
-// Every stored line whose three texts are not all empty is compiled (nothing is executed,
-// no tag or output changes); one entry per problem, such as
-// "Control line 3: Syntax Error in Then Statement".
+// One problem of a stored line.
+struct ControlLineProblem {
+    int line = 0;               // 1..30
+    std::string message;        // the editor's message, kStaleCode, or a failed execution
+    bool editorRefuses = true;  // false for the two others
+};
+
+// Every stored line whose three texts are not all empty, checked part by part as the editor
+// checks it (every failing part is reported, not only the first). When `exec` is given (a
+// station of its own, holding the same tags) each assignment is also executed once there, as
+// the editor does, so an assignment the target refuses is found; `st` is never changed. An
+// execution that faults (a target no module has) is reported, and the line compiled only.
+std::vector<ControlLineProblem> FindControlLineProblems(const Station& st, Station* exec);
+
+// The same, compiled only (nothing is executed, no tag or output changes); one entry per
+// problem, such as "Control line 3: Syntax Error in Then Statement".
 std::vector<std::string> CheckControlTable(const Station& st);
 
 }  // namespace kova

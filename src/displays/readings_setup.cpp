@@ -23,57 +23,55 @@ void refuse(Station& st, const std::string& text) {
 
 // Stores one line from its combo text; false (message shown) when the name is refused.
 bool storeLine(Station& st, int screen, int line, const std::string& text, bool digital) {
+    int n = 0;
+    if (const std::string refusal = ScreenLineRefusal(st, text, digital, n); !refusal.empty()) {
+        refuse(st, refusal);
+        return false;
+    }
     ScreenLine& l = st.screens.Lines(screen, line);
-    const std::string name = NormalizeTagName(text);
-    if (name.empty()) {
-        l.TagName.clear();
-        l.TagNumber = 0;
-        return true;
-    }
-    const int n = FindTag(st.nameIndex, name);
-    if (n == 0) {
-        refuse(st, "Error " + name + " is not in Variable Database");
-        return false;
-    }
-    const std::int16_t kind = st.tags[n].Kind;
-    if (!digital && kind != kAnalog) {
-        refuse(st, "Error " + name + " is a digital variable");
-        return false;
-    }
-    if (digital && kind != kDigital) {
-        refuse(st, "ERROR " + name + " is an analog variable");
-        return false;
-    }
-    l.TagName = name;
+    l.TagName = n == 0 ? std::string() : NormalizeTagName(text);
     l.TagNumber = static_cast<std::int16_t>(n);
     return true;
 }
 
 // The jump box: empty stores 0; text that is no number stores 0 and is refused; a number
-// outside 0..10 is refused and leaves the target as it was. 0 passes, as the message
-// does not say.
+// outside 0..10 is refused and leaves the target as it was.
 bool storeJump(Station& st, ScreenHeader& h, const std::string& text) {
-    const std::string message = std::string(kJumpToMessage) + std::to_string(kScreens);
-    if (text.empty()) {
-        h.JumpTo = 0;
-        return true;
-    }
-    if (!isNumeric(text)) {
-        refuse(st, message);
-        h.JumpTo = 0;
+    if (const std::string refusal = JumpToRefusal(text); !refusal.empty()) {
+        refuse(st, refusal);
+        if (!isNumeric(text)) h.JumpTo = 0;
         return false;
     }
-    // A number too large for a whole number is refused like any other out of range.
-    const double v = roundHalfEven(leadingNumber(text));
-    if (!std::isfinite(v) || v < 0 || v > kScreens) {
-        refuse(st, message);
-        return false;
-    }
-    h.JumpTo = static_cast<std::int16_t>(v);
+    h.JumpTo = text.empty() ? 0 : static_cast<std::int16_t>(roundHalfEven(leadingNumber(text)));
     return true;
 }
 
 }  // namespace
+
+std::string ScreenLineRefusal(const Station& st, const std::string& text, bool digital,
+                              int& tagNumber) {
+    tagNumber = 0;
+    const std::string name = NormalizeTagName(text);
+    if (name.empty()) return {};
+    const int n = FindTag(st.nameIndex, name);
+    if (n == 0) return "Error " + name + " is not in Variable Database";
+    const std::int16_t kind = st.tags[n].Kind;
+    if (!digital && kind != kAnalog) return "Error " + name + " is a digital variable";
+    if (digital && kind != kDigital) return "ERROR " + name + " is an analog variable";
+    tagNumber = n;
+    return {};
+}
+
+std::string JumpToRefusal(const std::string& text) {
+    if (text.empty()) return {};
+    const std::string message = std::string(kJumpToMessage) + std::to_string(kScreens);
+    if (!isNumeric(text)) return message;
+    // A number too large for a whole number is refused like any other out of range; 0
+    // passes, as the message does not say.
+    const double v = roundHalfEven(leadingNumber(text));
+    if (!std::isfinite(v) || v < 0 || v > kScreens) return message;
+    return {};
+}
 
 std::vector<std::string> ScreenTagChoices(const TagTable& tags, std::int16_t kind) {
     std::vector<std::string> out;

@@ -48,6 +48,16 @@ void LoadSetupScreen(Station& st, ScreenSetupForm& form, int n);
 // shown; what was stored before it stays), 0 on success.
 int SaveSetupScreen(Station& st, const ScreenSetupForm& form);
 
+// SaveSetupScreen's check of one line's combo text (`digital` for rows 11..20): the message
+// it shows, "" when it takes the name (an empty name, or a tag of the row's kind, whose
+// number goes to `tagNumber`; 0 for an empty name).
+std::string ScreenLineRefusal(const Station& st, const std::string& text, bool digital,
+                              int& tagNumber);
+
+// SaveSetupScreen's check of the jump box: the message it shows, "" when it takes the text
+// (an empty box, or a whole number 0..10 once rounded).
+std::string JumpToRefusal(const std::string& text);
+
 // "&Next" / "&Previous": save, then move on (after 10 comes 1, before 1 comes 10). A failed
 // save stays on the screen. True when the form moved.
 bool NextSetupScreen(Station& st, ScreenSetupForm& form);

@@ -33,6 +33,15 @@ SetTrendForm OpenSetTrend(Station& st);
 // when the pen has no tag.
 void DisplayTrend(const Station& st, SetTrendForm& form);
 
+// The text DisplayTrend puts in the box of `pen` of `trend`: its tag's name, "" when the pen
+// has no tag (or a number no tag has).
+std::string TrendPenText(const Station& st, int trend, int pen);
+
+// SaveTrend's check of one pen box: the message it shows ("Tag Name <name> not Found"), ""
+// when it takes the text; `tag` gets the pen's tag number (0 for an empty box or a refusal).
+std::string TrendPenRefusal(const Station& st, const std::string& text, int& tag);
+inline constexpr const char* kSetTrendErrorTitle = "ERROR";
+
 // Stores the four boxes into the trend table for CurrentTrend, pen by pen: a name (trimmed,
 // upper-cased) must be a tag's, an empty box stores 0. A name not found shows "Tag Name
 // <name> not Found" (title "ERROR"), stores 0 for that pen and stops there, leaving the later

@@ -445,7 +445,8 @@ TEST(CliCheck, ReportsControlLinesThatDoNotCompile) {
     WriteFileBytes(dir / "c.SUF", Rich());  // its statements name tags the file does not have
     const CliResult r = RunCli({"check", (dir / "c.SUF").string()});
     EXPECT_EQ(r.exitCode, 1);
-    EXPECT_NE(r.out.find("Control line 1: Unknown Token @PUMP in Then Statement"),
+    EXPECT_NE(r.out.find("control line 1: the control statement editor refuses it (\"Unknown "
+                         "Token @PUMP in Then Statement\")"),
               std::string::npos);
 }
 

@@ -94,6 +94,23 @@ TEST(CheckControlTable, ALineTooLongForItsRecordIsReported) {
                   "their compiled codes must fit in 128 bytes; shorten them"});
 }
 
+TEST(FindControlLineProblems, ExecutesOnTheScratchStationOnly) {
+    test::Rig r;
+    test::Rig scratch;  // the same tags
+    storeChecked(r, 1, "", "@DO1 = 1");
+    r.st.control.Lines[2].ThenText = "@DO1 = 2";  // compiles; executing it is refused
+    r.st.control.Lines[2].ThenCode = "@DO1,2,!";
+    const TagTable tags = r.st.tags;
+    const std::vector<ControlLineProblem> problems = FindControlLineProblems(r.st, &scratch.st);
+    ASSERT_EQ(problems.size(), 1u);
+    EXPECT_EQ(problems[0].line, 2);
+    EXPECT_EQ(problems[0].message, "Syntax Error in Then Statement");
+    EXPECT_TRUE(problems[0].editorRefuses);
+    EXPECT_EQ(r.st.tags, tags);
+    EXPECT_EQ(r.st.daq.DigitalOutputImage, 0);
+    EXPECT_NE(scratch.st.daq.DigitalOutputImage, 0);  // line 1 ran there
+}
+
 TEST(ControlRecordBytes, SixTextsWithLengthsAndTwoIntegers) {
     ControlLine l;
     EXPECT_EQ(ControlRecordBytes(l), 16u);

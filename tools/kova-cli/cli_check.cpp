@@ -4,9 +4,9 @@
 #include <memory>
 
 #include "cli_check_tags.h"
+#include "cli_check_windows.h"
 #include "cli_output.h"
 #include "commands.h"
-#include "control/line_check.h"
 #include "core/atomic_file.h"
 #include "core/configuration.h"
 #include "core/numeric.h"
@@ -141,9 +141,36 @@ void CheckTags(const SetupUnderCheck& file, Problems& problems) {
     for (auto& p : CheckTagRecords(*file.station)) problems.push_back(std::move(p));
 }
 
-// Every stored control line compiles as the editor would check it.
+// The file read into a station of its own, for checks that must change what they check.
+std::unique_ptr<Station> scratchStation(const SetupUnderCheck& file) {
+    auto st = std::make_unique<Station>();
+    std::string error;
+    if (!DecodeSetupFile(*st, file.bytes, error)) return nullptr;
+    DeriveAfterLoad(*st);
+    return st;
+}
+
+// Alarms the alarm set-up window would not save as they stand.
+void CheckAlarms(const SetupUnderCheck& file, Problems& problems) {
+    for (auto& p : CheckAlarmRecords(*file.station)) problems.push_back(std::move(p));
+}
+
+// Jump targets and screen lines the screen set-up window would not save.
+void CheckScreens(const SetupUnderCheck& file, Problems& problems) {
+    for (auto& p : CheckScreenRecords(*file.station)) problems.push_back(std::move(p));
+}
+
+// Trend pens the trend set-up window would not keep.
+void CheckTrends(const SetupUnderCheck& file, Problems& problems) {
+    for (auto& p : CheckTrendRecords(*file.station)) problems.push_back(std::move(p));
+}
+
+// Every stored control line passes the editor's check. The editor executes each assignment
+// once; that happens on a copy of its own, so no other checker sees the values it writes.
 void CheckControlLines(const SetupUnderCheck& file, Problems& problems) {
-    for (auto& p : CheckControlTable(*file.station)) problems.push_back(std::move(p));
+    const auto scratch = scratchStation(file);
+    if (!scratch) return;  // cannot happen: the file read once already
+    for (auto& p : CheckControlRecords(*file.station, *scratch)) problems.push_back(std::move(p));
 }
 
 struct Checker {
@@ -158,6 +185,9 @@ constexpr Checker kCheckers[] = {
     {"values", CheckValues, true},
     {"set-up windows", CheckSetupWindowValues, true},
     {"tags", CheckTags, true},
+    {"alarms", CheckAlarms, true},
+    {"screens", CheckScreens, true},
+    {"trends", CheckTrends, true},
     {"control lines", CheckControlLines, true},
 };
 
