@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Builds the engine and a static kova-cli.exe with the MinGW-w64 cross-compiler, to keep
-# both portable to Windows. Installs the cross-compiler when it is missing.
+# both portable to Windows; with --with-tests also the engine's test suites for wine.
+# Installs the cross-compiler when it is missing.
 # The header-only libraries kova-cli uses are copied into a folder of their own, so that
 # the cross build never sees the host's /usr/include.
 set -euo pipefail
@@ -19,6 +20,9 @@ done
 cmake -S . -B "$out" -G Ninja -DCMAKE_BUILD_TYPE=Release \
     -DCMAKE_TOOLCHAIN_FILE=cmake/toolchain-mingw64.cmake \
     -DKOVA_HEADER_ONLY_DIR="$(pwd)/$headers" \
-    -DKOVA_BUILD_UI=OFF -DKOVA_BUILD_TESTS=OFF -DKOVA_BUILD_CLI=ON -DKOVA_BUILD_BENCH=OFF
-cmake --build "$out" -j "$(nproc)" --target kova_engine kova-cli
-echo "windows build: kova_engine and $out/tools/kova-cli/kova-cli.exe built"
+    -DKOVA_BUILD_UI=OFF -DKOVA_BUILD_TESTS=ON -DKOVA_BUILD_CLI=ON -DKOVA_BUILD_BENCH=OFF
+targets=(kova_engine kova-cli)
+# The engine's test suites too, for the checks under wine (not for `make windows`).
+[ "${1:-}" = "--with-tests" ] && targets+=(windows_tests)
+cmake --build "$out" -j "$(nproc)" --target "${targets[@]}"
+echo "windows build: ${targets[*]} built; kova-cli.exe is $out/tools/kova-cli/kova-cli.exe"

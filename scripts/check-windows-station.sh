@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# The Windows station under wine: kova-cli.exe (scripts/check-windows-build.sh) passes the
+# The Windows station under wine: the engine's test suites built for Windows pass;
+# kova-cli.exe (scripts/check-windows-build.sh --with-tests) passes the
 # command-line tests of the Linux build (build/default, `make test`), and every file it
 # writes in the station scenarios equals the Linux build's byte for byte.
 # Installs wine when it is missing.
@@ -23,6 +24,18 @@ export WINEDEBUG=-all
 export WINEPREFIX="$top/build/windows/wineprefix"
 # The first start makes the prefix; its chatter stays out of the checks.
 wine cmd /c exit >/dev/null 2>&1 || true
+
+echo "== the engine's test suites, built for Windows, under wine"
+suites=("$top"/build/windows/tests/*_tests.exe)
+if [ ! -x "${suites[0]}" ]; then
+    echo "check-windows-station: no Windows test suites (scripts/check-windows-build.sh --with-tests)" >&2
+    exit 2
+fi
+for suite in "${suites[@]}"; do
+    echo "-- $(basename "$suite")"
+    (cd "$top/build/windows/tests" && KOVA_SOURCE_DIR="$top" wine "$suite" --gtest_brief=1) | tr -d '\r'
+    [ "${PIPESTATUS[0]}" -eq 0 ] || { echo "FAIL: $(basename "$suite") under wine"; exit 1; }
+done
 
 echo "== the command-line tests with kova-cli.exe under wine"
 # Left out, as they test what only Linux has:
