@@ -62,11 +62,16 @@ bool WaitUntil(const std::function<bool()>& condition, std::chrono::milliseconds
     return condition();
 }
 
-TestBroker::TestBroker() {
+TestBroker::TestBroker(const Config& config) {
     port_ = FreePort();
+    do secondPort_ = FreePort();
+    while (secondPort_ == port_);
     std::ofstream conf(dir_ / "mosquitto.conf");
-    conf << "listener " << port_ << " 127.0.0.1\nallow_anonymous true\npersistence false\n"
-         << "log_dest none\n";
+    if (config)
+        conf << config(port_, secondPort_, dir_.path());
+    else
+        conf << "listener " << port_ << " 127.0.0.1\nallow_anonymous true\n";
+    conf << "persistence false\nlog_dest none\n";
     conf.close();
     start();
 }

@@ -20,15 +20,22 @@ namespace kova::test {
 
 class TestBroker {
   public:
-    TestBroker();   // starts it; the test fails when it cannot
-    ~TestBroker();  // kills it
+    // The listener lines and settings of the broker's configuration, given its port, a
+    // second free port and its folder; the default is one plain listener for anybody.
+    using Config =
+        std::function<std::string(int port, int secondPort, const std::filesystem::path& folder)>;
+    explicit TestBroker(const Config& config = {});  // starts it; the test fails when it cannot
+    ~TestBroker();                                   // kills it
     int port() const { return port_; }
+    int secondPort() const { return secondPort_; }
+    const std::filesystem::path& folder() const { return dir_.path(); }
     bool running() const { return pid_ > 0; }
     void stop();   // SIGTERM and wait
     void start();  // on the same port
   private:
     TempFolder dir_;
     int port_ = 0;
+    int secondPort_ = 0;
     pid_t pid_ = -1;
 };
 
