@@ -131,12 +131,10 @@ void MqttLink::connectCallback(mosquitto* c, void* self, int rc) {
         const std::string sets = link->options_.prefix + "/set/+";
         mosquitto_subscribe(c, nullptr, sets.c_str(), kQos);
     }
-    std::function<void()> callback;
-    {
-        std::lock_guard lock(link->mutex_);
-        callback = link->onConnect_;
-    }
-    if (callback) callback();
+    // Called under the lock, so that whoever replaces the callback (a station going away)
+    // waits until a running call has finished.
+    std::lock_guard lock(link->mutex_);
+    if (link->onConnect_) link->onConnect_();
 }
 
 void MqttLink::disconnectCallback(mosquitto*, void* self, int) {

@@ -38,7 +38,9 @@ class MqttLink {
     // Queues a message (QoS 1); false when the client refused it (for example while the
     // broker is away: the retained values are sent again on the next connect).
     bool publish(const std::string& topic, const std::string& payload, bool retain);
-    // Runs on the network thread after every (re)connect, after "online" is published.
+    // Runs on the network thread after every (re)connect, after "online" is published. It
+    // must be short and must not call back into the link. Replacing it (an empty function
+    // included) waits until a running call has finished.
     void onConnect(std::function<void()> callback);
     // The messages that arrived since the last call, oldest first.
     std::vector<Incoming> takeIncoming();

@@ -37,6 +37,10 @@ MqttStation::MqttStation(MqttLink& link, std::string prefix, std::ostream& error
     });
 }
 
+MqttStation::~MqttStation() {
+    link_.onConnect({});
+}
+
 std::string MqttStation::tagTopic(const std::string& tagName) const {
     return prefix_ + "/tags/" + tagName;
 }

@@ -17,6 +17,10 @@ class MqttStation {
   public:
     // errors: where a refused write is told, one line each.
     MqttStation(MqttLink& link, std::string prefix, std::ostream& errors);
+    // Takes its callback off the link, which may live on and reconnect.
+    ~MqttStation();
+    MqttStation(const MqttStation&) = delete;
+    MqttStation& operator=(const MqttStation&) = delete;
 
     // After a tick: applies the writes that arrived, then publishes what changed.
     void afterTick(Station& st);
