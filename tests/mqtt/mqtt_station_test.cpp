@@ -148,7 +148,8 @@ TEST(MqttStation, TagValuesArriveRetainedAsTheLogsNumberTextAndOnlyWhenChanged) 
     rig.st.tags[1].Value = 12.5f;
     rig.st.tags[3].Value = 0.1f;
     station.publishTags(rig.st);
-    ASSERT_TRUE(sub.waitFor([&](auto&) { return sub.count("kova/test/tags/SETP") == 1; }));
+    // SU, the last tag with a name, arrives last.
+    ASSERT_TRUE(sub.waitFor([&](auto&) { return sub.count("kova/test/tags/SU") == 1; }));
     EXPECT_EQ(sub.last("kova/test/tags/TEMP"), "12.5");
     EXPECT_EQ(sub.last("kova/test/tags/SETP"), "0.1");
     // The system variables have names too.
@@ -217,9 +218,13 @@ class MqttWrites : public ::testing::Test {
 
     // Publishes a write and waits until the station has taken it.
     void write(const std::string& tag, const std::string& payload) {
+        const long long seen = station.writesSeen();
         writer.publish("kova/test/set/" + tag, payload);
-        std::this_thread::sleep_for(std::chrono::milliseconds(150));
-        station.applyWrites(rig.st);
+        ASSERT_TRUE(WaitUntil([&] {
+            station.applyWrites(rig.st);
+            return station.writesSeen() > seen;
+        })) << "the write to "
+            << tag << " never arrived";
     }
 };
 

@@ -104,8 +104,8 @@ TEST(RunMqtt, RefusedWritesAreOneLineEachAndAllowedOnesAreApplied) {
     const pid_t p =
         StartCli(station.dir.path(), {"run", "PLANT.SUF", "--ticks", "8", "--mqtt", Address(broker),
                                       "--mqtt-writes", "--state", "state.json"});
-    ASSERT_TRUE(sub.waitFor([&](auto&) { return sub.last("kova/PLANT/status") == "online"; }));
-    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    // A tag value is published only once the station's subscription has gone out.
+    ASSERT_TRUE(sub.waitFor([&](auto&) { return sub.count("kova/PLANT/tags/TS") > 0; }));
     sub.publish("kova/PLANT/set/LEVEL", "5");     // an input
     sub.publish("kova/PLANT/set/NOSUCH", "5");    // unknown
     sub.publish("kova/PLANT/set/SETPT", "high");  // not a number

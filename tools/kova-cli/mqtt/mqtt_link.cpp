@@ -123,14 +123,16 @@ std::vector<MqttLink::Incoming> MqttLink::takeIncoming() {
 void MqttLink::connectCallback(mosquitto* c, void* self, int rc) {
     auto* link = static_cast<MqttLink*>(self);
     if (rc != 0) return;  // refused (bad credentials, ...): the loop tries again later
-    link->connected_ = true;
-    ++link->connections_;
-    const std::string status = StatusTopic(link->options_);
-    mosquitto_publish(c, nullptr, status.c_str(), 6, "online", kQos, true);
+    // The subscription goes out before anything the station publishes as connected, so a
+    // peer that has seen a tag value knows its writes will be heard.
     if (link->options_.writes) {
         const std::string sets = link->options_.prefix + "/set/+";
         mosquitto_subscribe(c, nullptr, sets.c_str(), kQos);
     }
+    const std::string status = StatusTopic(link->options_);
+    mosquitto_publish(c, nullptr, status.c_str(), 6, "online", kQos, true);
+    ++link->connections_;
+    link->connected_ = true;
     // Called under the lock, so that whoever replaces the callback (a station going away)
     // waits until a running call has finished.
     std::lock_guard lock(link->mutex_);

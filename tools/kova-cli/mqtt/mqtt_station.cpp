@@ -88,6 +88,7 @@ void MqttStation::publishTags(const Station& st) {
 
 void MqttStation::applyWrites(Station& st) {
     for (const MqttLink::Incoming& in : link_.takeIncoming()) {
+        ++writesSeen_;
         const std::string why = applyWrite(st, in.topic, in.payload);
         if (!why.empty()) errors_ << "kova-cli: mqtt: " << in.topic << ": " << why << std::endl;
     }

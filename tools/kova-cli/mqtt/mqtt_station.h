@@ -34,6 +34,8 @@ class MqttStation {
     std::string tagTopic(const std::string& tagName) const;
     // How many tag values were handed to the link so far.
     long long published() const { return published_; }
+    // How many writes arrived (applied or refused) so far.
+    long long writesSeen() const { return writesSeen_; }
 
   private:
     // Empty when the write was applied, else why it was refused.
@@ -48,6 +50,7 @@ class MqttStation {
     static constexpr int kAlarmsKeptWhileAway = 1000;
     std::atomic<int> alarmsWhileAway_{0};
     long long published_ = 0;
+    long long writesSeen_ = 0;
 };
 
 }  // namespace kova::mqtt
