@@ -12,6 +12,7 @@
 #include "control/run_controls.h"
 #include "core/station.h"
 #include "support/allocation_counter.h"
+#include "support/control_lines.h"
 #include "tags/tag_name_index.h"
 #include "tags/tag_table.h"
 
@@ -72,23 +73,7 @@ void buildPlant(kova::Station& st) {
         {"@LEVEL3<=@LEVEL4", "@VAR26 = @VAR26 + 0", "@VAR26 = 0"},
         {"", "@VAR27 = TAN(@LEVEL6 / 200)", ""},
     };
-    for (int i = 1; i <= 30; ++i) {
-        kova::ControlLine& l = st.control.Lines[i];
-        l.IfText = lines[i - 1][0];
-        l.ThenText = lines[i - 1][1];
-        l.ElseText = lines[i - 1][2];
-        const kova::LineCheck c =
-            kova::CheckLineTexts(st, nullptr, l.IfText, l.ThenText, l.ElseText);
-        if (!c.ok) {
-            std::fprintf(stderr, "line %d: %s\n", i, c.message.c_str());
-            std::abort();
-        }
-        l.IfCode = c.ifCode;
-        l.ThenCode = c.thenCode;
-        l.ElseCode = c.elseCode;
-    }
-    st.control.ControlCount = kova::ComputeControlCount(st.control);
-    st.switches.ControlsEnabled = 1;
+    kova::bench::InstallControlLines(st, lines, 30);
 }
 
 // New input values each pass, as the scan would read them.

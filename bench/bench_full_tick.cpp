@@ -19,6 +19,7 @@
 #include "core/scan_cycle.h"
 #include "logging/log_writer.h"
 #include "support/allocation_counter.h"
+#include "support/control_lines.h"
 #include "tags/tag_name_index.h"
 #include "tags/tag_table.h"
 
@@ -91,23 +92,7 @@ void buildControls(kova::Station& st) {
         {"@LEVEL3<=@LEVEL4", "@VAR28 = @VAR28 + 0", "@VAR28 = 0"},
         {"", "@VAR29 = TAN(@LEVEL6 / 200)", ""},
     };
-    for (int i = 1; i <= 30; ++i) {
-        kova::ControlLine& l = st.control.Lines[i];
-        l.IfText = lines[i - 1][0];
-        l.ThenText = lines[i - 1][1];
-        l.ElseText = lines[i - 1][2];
-        const kova::LineCheck c =
-            kova::CheckLineTexts(st, nullptr, l.IfText, l.ThenText, l.ElseText);
-        if (!c.ok) {
-            std::fprintf(stderr, "line %d: %s\n", i, c.message.c_str());
-            std::abort();
-        }
-        l.IfCode = c.ifCode;
-        l.ThenCode = c.thenCode;
-        l.ElseCode = c.elseCode;
-    }
-    st.control.ControlCount = kova::ComputeControlCount(st.control);
-    st.switches.ControlsEnabled = 1;
+    kova::bench::InstallControlLines(st, lines, 30);
 }
 
 // Alarms on the eight ramping inputs and twelve variables the statements move.

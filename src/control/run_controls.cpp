@@ -58,15 +58,7 @@ void RunControls(Station& st) {
     control.StartUpFlag = 1;
 
     // Outputs go to the module once per pass, after the last line, and only when changed.
-    ModuleSummary& summary = st.daq.Summary;
-    if (summary.DigitalOutputsPending != 0) {
-        WriteDigitalOutputs(st, st.daq.DigitalOutputImage);
-        summary.DigitalOutputsPending = 0;
-    }
-    if (summary.AnalogOutputsPending != 0) {
-        WriteAnalogOutputs(st);
-        summary.AnalogOutputsPending = 0;
-    }
+    SendPendingOutputs(st);
 }
 
 void ClearControls(Station& st) {

@@ -152,4 +152,16 @@ void RebuildModuleSummary(Station& st) {
     }
 }
 
+void SendPendingOutputs(Station& st) {
+    ModuleSummary& m = st.daq.Summary;
+    if (m.DigitalOutputsPending != 0) {
+        WriteDigitalOutputs(st, st.daq.DigitalOutputImage);
+        m.DigitalOutputsPending = 0;
+    }
+    if (m.AnalogOutputsPending != 0) {
+        WriteAnalogOutputs(st);
+        m.AnalogOutputsPending = 0;
+    }
+}
+
 }  // namespace kova

@@ -16,6 +16,10 @@ std::uint16_t ReadDigitalInputs(Station& st);
 void WriteAnalogOutputs(Station& st);
 // Sends a digital output word (QRT105, QRT115, QRTU).
 void WriteDigitalOutputs(Station& st, std::uint16_t word);
+// Sends what is pending to the module: the digital output word first, then the analog
+// output table, each only when its flag is set, clearing the flag. The control pass ends
+// with it; the readings screen's timer runs it for the operator's writes.
+void SendPendingOutputs(Station& st);
 // Chooses the printer port: base 0 derives it from the LPT number (1: 0x378, 2: 0x278;
 // anything else sets PortError and keeps the registers). Writes ControlShadow 0x0A.
 // Runs whatever the I/O switch says, as at start-up.

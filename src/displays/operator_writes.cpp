@@ -58,16 +58,4 @@ bool OperatorWriteDigital(Station& st, int tagNumber, bool ticked) {
     return true;
 }
 
-void SendPendingOutputs(Station& st) {
-    ModuleSummary& m = st.daq.Summary;
-    if (m.DigitalOutputsPending != 0) {
-        WriteDigitalOutputs(st, st.daq.DigitalOutputImage);
-        m.DigitalOutputsPending = 0;
-    }
-    if (m.AnalogOutputsPending != 0) {
-        WriteAnalogOutputs(st);
-        m.AnalogOutputsPending = 0;
-    }
-}
-
 }  // namespace kova

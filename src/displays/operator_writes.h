@@ -26,8 +26,4 @@ bool OperatorWriteAnalog(Station& st, int tagNumber, float value);
 // alone. Returns true when the tag took the value.
 bool OperatorWriteDigital(Station& st, int tagNumber, bool ticked);
 
-// Sends what is pending to the module: the digital output word first, then the analog
-// output table, each only when its flag is set, clearing the flag.
-void SendPendingOutputs(Station& st);
-
 }  // namespace kova

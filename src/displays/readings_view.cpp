@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "core/numeric.h"
+#include "daq/driver_dispatch.h"
 #include "displays/operator_writes.h"
 #include "logging/log_conditions.h"
 

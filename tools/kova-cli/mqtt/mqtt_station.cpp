@@ -6,6 +6,7 @@
 #include <ostream>
 
 #include "core/numeric.h"
+#include "daq/driver_dispatch.h"
 #include "displays/operator_writes.h"
 #include "tags/tag_name_index.h"
 
