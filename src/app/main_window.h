@@ -75,6 +75,9 @@ class MainWindow : public QMainWindow {
     HelpViewer& helpViewer() { return *help_; }
     const SwitchIndicators& indicators() const { return boxes_; }
     QString statusText() const;
+    // Makes the window taller when a status field needs more lines than it has room for
+    // (every tick does it).
+    void fitStatusFields();
 
     void cmdPoll();
     void cmdLog();
@@ -112,6 +115,7 @@ class MainWindow : public QMainWindow {
     QTimer hiTime2_;
     SwitchIndicators boxes_;
     std::string portProblemTold_;
+    QString fittedStatus_;  // the status texts the window was last fitted to
 
     QPushButton* cmdPoll_;
     QPushButton* cmdLog_;
