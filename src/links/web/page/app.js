@@ -79,6 +79,7 @@ $('login-form').addEventListener('submit', async (ev) => {
 
 $('logout-button').addEventListener('click', async () => {
   await post('/api/logout').catch(() => null);
+  $('login-user').value = '';
   say('Logged out.');
   await loadSession();
 });
@@ -218,10 +219,12 @@ $('screen-jump').addEventListener('click', () => {
 
 // ---- live state -------------------------------------------------------------------------
 
+// The lamp's colour, and the words for those who cannot see it.
 function lamp(id, on) {
   $(id).classList.toggle('on', !!on);
   const text = $(id + '-text');
-  text.setAttribute('aria-label', text.textContent.replace(/ (on|off)$/, '') + (on ? ' on' : ' off'));
+  if (!text.dataset.name) text.dataset.name = text.textContent;
+  setText(text, text.dataset.name + (on ? ': on' : ': off'));
 }
 
 function showAlarms() {
