@@ -120,13 +120,20 @@ async function write(tag, value) {
   say(r.body.line || r.body.error || ('The station answered ' + r.status), !r.ok);
 }
 
+// A row's heading cell: the tag's label with its direction prefix; the row's controls are
+// labelled by it.
+function rowHeading(id, tag) {
+  const th = document.createElement('th');
+  th.scope = 'row';
+  th.id = id;
+  th.textContent = tag ? tag.prefixedLabel : '';
+  return th;
+}
+
 function analogRow(row, n) {
   const tr = document.createElement('tr');
   const tag = tagOf(n);
-  const th = document.createElement('th');
-  th.scope = 'row';
-  th.id = 'an-label-' + row;
-  th.textContent = tag ? tag.prefixedLabel : '';
+  const th = rowHeading('an-label-' + row, tag);
   const td = document.createElement('td');
   td.className = 'number';
   if (tag && tag.writable && isOperator()) {
@@ -153,10 +160,7 @@ function analogRow(row, n) {
 function digitalRow(row, n) {
   const tr = document.createElement('tr');
   const tag = tagOf(n);
-  const th = document.createElement('th');
-  th.scope = 'row';
-  th.id = 'dig-label-' + row;
-  th.textContent = tag ? tag.prefixedLabel : '';
+  const th = rowHeading('dig-label-' + row, tag);
   const text = document.createElement('td');
   text.id = 'dig-text-' + row;
   const box = document.createElement('td');
