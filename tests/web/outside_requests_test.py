@@ -94,8 +94,29 @@ class OutsideRequests(unittest.TestCase):
         self.assertEqual(body["line"], "web user otto from 127.0.0.1: refused: LEVEL is an input")
 
 
+class OverHttps(unittest.TestCase):
+    """With a certificate the page is HTTPS and the session cookie is only sent over it."""
+
+    def test_login_over_https_gives_a_secure_cookie_and_writes_work(self):
+        st = Station(sys.argv[1], sys.argv[2], certificate=True)
+        try:
+            self.assertTrue(st.url.startswith("https://"))
+            status, body, headers = st.request(
+                "api/login", {"user": "otto", "password": PASSWORDS["otto"]}, JSON)
+            self.assertEqual(status, 200, body)
+            self.assertIn("; Secure", headers["Set-Cookie"])
+            h = dict(JSON, Cookie=headers["Set-Cookie"].split(";")[0],
+                     **{"X-KOVA-CSRF": body["csrf"]})
+            status, body, _ = st.request("api/write", {"tag": "LAMP", "value": "1"}, h)
+            self.assertEqual(status, 200, body)
+        finally:
+            state = st.stop()
+        self.assertEqual(st.tag_value(state, "LAMP"), 1)
+
+
 def main():
     suite = unittest.defaultTestLoader.loadTestsFromTestCase(OutsideRequests)
+    suite.addTests(unittest.defaultTestLoader.loadTestsFromTestCase(OverHttps))
     result = unittest.TextTestRunner(verbosity=2).run(suite)
     if not result.wasSuccessful():
         return 1

@@ -4,6 +4,7 @@ import json
 import os
 import signal
 import socket
+import ssl
 import subprocess
 import tempfile
 import time
@@ -20,10 +21,15 @@ def free_port():
 
 
 class Station:
-    def __init__(self, kova_cli, source_dir, extra=()):
+    def __init__(self, kova_cli, source_dir, extra=(), certificate=False):
         self.cli = os.path.abspath(kova_cli)
         source_dir = os.path.abspath(source_dir)
         self.dir = tempfile.mkdtemp(prefix="kova-web-")
+        if certificate:
+            subprocess.run(["openssl", "req", "-x509", "-newkey", "rsa:2048", "-nodes", "-keyout",
+                            "key.pem", "-out", "cert.pem", "-days", "2", "-subj", "/CN=127.0.0.1"],
+                           cwd=self.dir, check=True, capture_output=True)
+            extra = (*extra, "--http-cert", "cert.pem", "--http-key", "key.pem")
         self.run_cli("build", os.path.join(source_dir, "examples", "demo.json"), "-o", "Demo.SUF")
         # A log written by the station itself: 150 simulated seconds, a record every 5 s.
         self.run_cli("run", "Demo.SUF", "--poll", "--log", "--start", "2026-11-20 10:00:00",
@@ -38,7 +44,9 @@ class Station:
             [self.cli, "run", "Demo.SUF", "--poll", "--http", str(self.port), "--http-users",
              "users.txt", "--state", "state.json", *extra],
             cwd=self.dir, stdout=self.out, stderr=self.err)
-        self.url = "http://127.0.0.1:%d/" % self.port
+        tls = "--http-cert" in extra
+        self.url = ("https" if tls else "http") + "://127.0.0.1:%d/" % self.port
+        self.context = ssl._create_unverified_context() if tls else None
         deadline = time.time() + 30
         while time.time() < deadline:
             try:
@@ -56,7 +64,7 @@ class Station:
         return r
 
     def get(self, path):
-        with urllib.request.urlopen(self.url + path, timeout=10) as r:
+        with urllib.request.urlopen(self.url + path, timeout=10, context=self.context) as r:
             return json.loads(r.read())
 
     def request(self, path, body=None, headers=None, method="POST"):
@@ -64,7 +72,7 @@ class Station:
         req = urllib.request.Request(self.url + path, data=data, method=method,
                                      headers=headers or {})
         try:
-            with urllib.request.urlopen(req, timeout=60) as r:
+            with urllib.request.urlopen(req, timeout=60, context=self.context) as r:
                 return r.status, json.loads(r.read() or b"{}"), r.headers
         except urllib.error.HTTPError as e:
             return e.code, json.loads(e.read() or b"{}"), e.headers
