@@ -314,7 +314,7 @@ void MainWindow::tick() {
         PromptOwner owner(*st_.platform.prompter, this);
         st_.platform.prompter->message(problem, kAppTitle);
     }
-    // A module that stopped answering is told once in the status bar; the scan goes on.
+    // A module that stopped answering is told once in the status line; the scan goes on.
     const std::string silence = ModuleSilenceToTell(st_);
     if (!silence.empty()) statusPanel_->setText(QString::fromStdString(silence));
     fitStatusFields();

@@ -1,6 +1,7 @@
 #pragma once
 // The main window (MainFrm): the menus every other window opens from, the four run
-// buttons with their check boxes, the status bar and the scan timer (HiTime2).
+// buttons with their check boxes, the status lines (the status bar's fields, kept in the
+// window's body so that they wrap) and the scan timer (HiTime2).
 #include <QMainWindow>
 #include <QTimer>
 #include <iosfwd>
