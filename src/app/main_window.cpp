@@ -7,7 +7,9 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QScreen>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <filesystem>
 #include <iostream>
 
@@ -312,9 +314,10 @@ void MainWindow::tick() {
         PromptOwner owner(*st_.platform.prompter, this);
         st_.platform.prompter->message(problem, kAppTitle);
     }
-    // A module that stopped answering is told once in the status bar; the scan goes on.
+    // A module that stopped answering is told once in the status line; the scan goes on.
     const std::string silence = ModuleSilenceToTell(st_);
     if (!silence.empty()) statusPanel_->setText(QString::fromStdString(silence));
+    fitStatusFields();
 }
 
 void MainWindow::mirror() {
@@ -330,6 +333,23 @@ void MainWindow::mirror() {
         logPanel_->setText(logging);
         logPanel_->setToolTip(QString::fromStdString(LoggingStatusText(st_, true)));
     }
+    fitStatusFields();
+}
+
+// A status text longer than the window has room for (a printer port that cannot be
+// reached says why at length) makes the window taller, up to the screen's height, so that
+// every word stays readable; the window never shrinks by itself.
+void MainWindow::fitStatusFields() {
+    const QString shown = statusPanel_->text() + '\n' + logPanel_->text();
+    if (shown == fittedStatus_) return;
+    fittedStatus_ = shown;
+    QWidget* body = centralWidget();
+    if (!body || !body->layout() || !isVisible()) return;
+    const int needed = body->layout()->totalHeightForWidth(body->width());
+    if (needed <= body->height()) return;
+    int height = this->height() + needed - body->height();
+    if (const QScreen* s = screen()) height = std::min(height, s->availableGeometry().height());
+    if (height > this->height()) resize(width(), height);
 }
 
 void MainWindow::refreshTitle() {

@@ -797,60 +797,52 @@ TEST(TagEditor, DeletingATagCarriesEveryLaterTagNumberAlong) {
     EXPECT_EQ(TagNumberInUse(r.st, 32), "");
 }
 
-TEST(TagEditor, ATagAnAlarmUsesIsNotDeleted) {
-    Users r;
-    r.show(6);
+namespace {
+// Deleting tag n is refused with one warning; the table stays as it was.
+void expectDeleteRefused(Users& r, int n, const std::string& warning) {
+    const std::string name = r.st.tags[n].TagName;
+    r.prompt.messages.clear();
+    r.show(n);
     r.prompt.yesNoAnswers = {true};
     EXPECT_FALSE(TagFormDelete(r.st, r.form));
-    EXPECT_EQ(r.onlyError(), "Warning Alarm 3 uses this tag. Please Edit This Alarm First");
-    EXPECT_EQ(r.st.tags[6].TagName, "V6");
+    EXPECT_EQ(r.onlyError(), warning);
+    EXPECT_EQ(r.st.tags[n].TagName, name);
     EXPECT_EQ(r.st.tags[32].TagName, "V32");
+}
+}  // namespace
+
+TEST(TagEditor, ATagAnAlarmUsesIsNotDeleted) {
+    Users r;
+    expectDeleteRefused(r, 6, "Warning Alarm 3 uses this tag. Please Edit This Alarm First");
     EXPECT_EQ(r.st.trends.TrendTable(1, 1), 32);
 }
 
 TEST(TagEditor, ATagAScreenLineUsesIsNotDeleted) {
     Users r;
-    r.show(7);
-    r.prompt.yesNoAnswers = {true};
-    EXPECT_FALSE(TagFormDelete(r.st, r.form));
-    EXPECT_EQ(r.onlyError(),
-              "Warning Screen 2 Analog Line 3 uses this tag. Please Edit This Screen First");
-    r.prompt.messages.clear();
-    r.show(32);
-    r.prompt.yesNoAnswers = {true};
-    TagFormDelete(r.st, r.form);
-    EXPECT_EQ(r.onlyError(),
-              "Warning Screen 4 Digital Line 4 uses this tag. Please Edit This Screen First");
+    expectDeleteRefused(
+        r, 7, "Warning Screen 2 Analog Line 3 uses this tag. Please Edit This Screen First");
+    expectDeleteRefused(
+        r, 32, "Warning Screen 4 Digital Line 4 uses this tag. Please Edit This Screen First");
 }
 
 TEST(TagEditor, ATagATrendPenUsesIsNotDeleted) {
     Users r;
-    r.show(12);
-    r.prompt.yesNoAnswers = {true};
-    EXPECT_FALSE(TagFormDelete(r.st, r.form));
-    EXPECT_EQ(r.onlyError(), "Warning Trend 9 Pen 4 uses this tag. Please Edit This Trend First");
-    EXPECT_EQ(r.st.tags[12].TagName, "V12");
+    expectDeleteRefused(r, 12, "Warning Trend 9 Pen 4 uses this tag. Please Edit This Trend First");
 }
 
 TEST(TagEditor, TheLoggingConditionTagIsNotDeleted) {
     Users r;
-    r.show(10);
-    r.prompt.yesNoAnswers = {true};
-    EXPECT_FALSE(TagFormDelete(r.st, r.form));
-    EXPECT_EQ(r.onlyError(),
-              "Warning The Logging Start/Stop Condition uses this tag. Please Edit The Logging "
-              "Condition First");
+    expectDeleteRefused(r, 10,
+                        "Warning The Logging Start/Stop Condition uses this tag. Please Edit The "
+                        "Logging Condition First");
     EXPECT_EQ(r.st.logging.ConditionTag, 10);
 }
 
 TEST(TagEditor, AControlStatementIsNamedBeforeTheOtherUsers) {
     Users r;
     r.st.control.Lines[2].IfText = "@V6 > 1";
-    r.show(6);
-    r.prompt.yesNoAnswers = {true};
-    TagFormDelete(r.st, r.form);
-    EXPECT_EQ(r.onlyError(),
-              "Warning Control Statement line 2 uses this tag. Please Edit This Line First");
+    expectDeleteRefused(
+        r, 6, "Warning Control Statement line 2 uses this tag. Please Edit This Line First");
 }
 
 TEST(TagEditor, StoringRenamingAndDeletingTellTheOpenWindows) {

@@ -38,6 +38,7 @@ SetLoggingWindow::SetLoggingWindow(Station& st, ErrorReport& report, QWidget* pa
     forms::ShowReadOnly(txtFileName_, true);
     txtFileName_->setToolTip(kLogFileBoxTip);
     txtFileName_->setAccessibleDescription(kLogFileBoxTip);
+    txtFileName_->setPlaceholderText("(none: press Choose File...)");
     txtFileName_->setMinimumWidth(320);
     QLabel* fileLabel = LabelFor("&Log file:", txtFileName_, this);
     comFile_ = named(new QPushButton("Choose &File...", this), "ComFile");
