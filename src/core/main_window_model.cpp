@@ -1,5 +1,8 @@
 #include "core/main_window_model.h"
 
+#include <cstdlib>
+
+#include "core/working_folder.h"
 #include "daq/port_messages.h"
 
 namespace kova {
@@ -35,12 +38,20 @@ std::string PortProblemToTell(const Station& st, std::string& told) {
 
 std::string MainWindowTitle(const Station& st) {
     std::string title = kAppTitle;
-    if (st.setupFileName.empty()) return title;
-    // The name may come from a file written on Windows, with backslashes.
-    std::string name = st.setupFileName;
-    const auto cut = name.find_last_of("/\\");
-    if (cut != std::string::npos) name = name.substr(cut + 1);
-    return title + " - " + name;
+    if (!st.setupFileName.empty()) {
+        // The name may come from a file written on Windows, with backslashes.
+        std::string name = st.setupFileName;
+        const auto cut = name.find_last_of("/\\");
+        if (cut != std::string::npos) name = name.substr(cut + 1);
+        title += " - " + name;
+    }
+    // The calibration file and log files without a folder of their own live in the working
+    // folder, wherever the setup file came from.
+    if (!st.workingFolder.empty()) {
+        const char* home = std::getenv("HOME");
+        title += " - working folder " + FolderForDisplay(st.workingFolder, home ? home : "");
+    }
+    return title;
 }
 
 }  // namespace kova

@@ -42,7 +42,9 @@ fail() {
 }
 pass() { echo "ok: $*"; }
 
-QT_QPA_PLATFORM=xcb "$kova" >"$work/kova.out" 2>&1 &
+# The working folder named on the command line (without it KOVA would work in
+# ~/Documents/KOVA: first_start_e2e.sh tests that).
+QT_QPA_PLATFORM=xcb "$kova" "$run" >"$work/kova.out" 2>&1 &
 pid=$!
 trap 'kill $pid 2>/dev/null; wait $pid 2>/dev/null' EXIT
 
@@ -71,13 +73,13 @@ splash=$(find_window KOVA 10)
 sleep 0.3
 shot 01-splash
 
-main=$(find_window "KOVA - Default.Suf" 30)
+main=$(find_window "KOVA - Default.Suf - working folder $run" 30)
 if [ -z "$main" ]; then
     fail "the main window did not appear"
     cat "$work/kova.out"
     exit 1
 fi
-pass "main window \"KOVA - Default.Suf\""
+pass "main window \"KOVA - Default.Suf - working folder $run\""
 sleep 0.5
 seen=$(dismiss_messages)
 [ "$seen" -gt 0 ] && echo "note: $seen start-up message(s) answered (see $work/kova.out)"
@@ -200,7 +202,7 @@ if [ -f E2E.SUF ]; then
 else
     fail "E2E.SUF was not saved"
 fi
-[ -n "$(find_window "KOVA - E2E.SUF" 5)" ] && pass "title names E2E.SUF" || fail "title does not name E2E.SUF"
+[ -n "$(find_window "KOVA - E2E.SUF - working folder $run" 5)" ] && pass "title names E2E.SUF" || fail "title does not name E2E.SUF"
 
 # Everything off again.
 xdotool windowfocus --sync "$main"
