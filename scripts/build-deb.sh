@@ -22,7 +22,8 @@ mkdir -p "$src"
 tar --exclude=./build --exclude=./run --exclude=./.git --exclude=./.cache -cf - . |
     tar -xf - -C "$src"
 
-export DEB_BUILD_OPTIONS="${DEB_BUILD_OPTIONS:-} parallel=${JOBS:-$(nproc)}"
+DEB_BUILD_OPTIONS="${DEB_BUILD_OPTIONS:+$DEB_BUILD_OPTIONS }parallel=${JOBS:-$(nproc)}"
+export DEB_BUILD_OPTIONS
 (cd "$src" && dpkg-buildpackage -b --no-sign)
 mv "$out/src"/*.deb "$out/src"/*.changes "$out/src"/*.buildinfo "$out/"
 rm -rf "$out/src"

@@ -7,6 +7,7 @@
 # desktop program makes ~/Documents/KOVA on first start and opens the installed help
 # (under a virtual display, when xvfb-run is there).
 # Needs root or sudo (apt-get install).
+# usage: check-packages.sh [--no-build]   (--no-build: the packages already in build/deb)
 set -euo pipefail
 cd "$(dirname "$0")/.."
 top=$(pwd)
@@ -21,7 +22,7 @@ pass() { echo "ok: $*"; }
 sudo_cmd=()
 [ "$(id -u)" -eq 0 ] || sudo_cmd=(sudo)
 
-make deb
+[ "${1:-}" = "--no-build" ] || make deb
 version=$(dpkg-parsechangelog -S Version)
 built=$SECONDS
 
@@ -73,7 +74,7 @@ for page in kova kova-cli; do
 done
 
 # Desktop entry, metainfo and the station's unit, installed.
-app_id=$(basename /usr/share/metainfo/*.metainfo.xml .metainfo.xml)
+app_id=$(basename "$(dpkg -L kova | grep '^/usr/share/metainfo/.*\.metainfo\.xml$')" .metainfo.xml)
 bash tests/tools/validate_desktop_files.sh "/usr/share/applications/$app_id.desktop" \
     "/usr/share/metainfo/$app_id.metainfo.xml" && pass "desktop entry and metainfo validate" ||
     fail "desktop entry or metainfo"

@@ -1,5 +1,5 @@
 // kova-cli run as a systemd service (Type=notify), seen from a notify socket the test makes
-// itself, as systemd would: READY=1 after the first tick, WATCHDOG=1 from the scan at least
+// itself, as systemd would (CliRunNotify: Linux only, the Windows build has no systemd): READY=1 after the first tick, WATCHDOG=1 from the scan at least
 // twice per WATCHDOG_USEC, none while the scan is stalled (--stall-scan), STOPPING=1 at the
 // end.
 #include <fcntl.h>
@@ -160,7 +160,7 @@ struct Service {
     }
 };
 
-TEST(CliRunService, ReadyComesOnlyAfterTheFirstTick) {
+TEST(CliRunNotify, ReadyComesOnlyAfterTheFirstTick) {
     Service s("2000000");
     const std::string file = testModuleFile(s.dir, 100);
     // The first tick stalls for 800 ms: READY=1 must wait for it.
@@ -174,7 +174,7 @@ TEST(CliRunService, ReadyComesOnlyAfterTheFirstTick) {
     EXPECT_EQ(times(notices, "READY=1").size(), 1u);
 }
 
-TEST(CliRunService, TheScanSendsWatchdogAtLeastTwicePerPeriod) {
+TEST(CliRunNotify, TheScanSendsWatchdogAtLeastTwicePerPeriod) {
     Service s("1000000");  // 1 s: a ping at least every 500 ms
     const std::string file = testModuleFile(s.dir, 50);
     const CliResult r = s.run({"run", file, "--poll", "--ticks", "60"});  // about 3 s
@@ -184,7 +184,7 @@ TEST(CliRunService, TheScanSendsWatchdogAtLeastTwicePerPeriod) {
     for (long long gap : watchdogGaps(notices)) EXPECT_LE(gap, 500);
 }
 
-TEST(CliRunService, AStalledScanSendsNoWatchdog) {
+TEST(CliRunNotify, AStalledScanSendsNoWatchdog) {
     Service s("2000000");
     const std::string file = testModuleFile(s.dir, 100);
     // Tick 10 hangs for 3 s, longer than the watchdog period: no ping may come meanwhile,
@@ -203,7 +203,7 @@ TEST(CliRunService, AStalledScanSendsNoWatchdog) {
     }
 }
 
-TEST(CliRunService, ALongIOPeriodStillFeedsTheWatchdogWhileTheScanWaits) {
+TEST(CliRunNotify, ALongIOPeriodStillFeedsTheWatchdogWhileTheScanWaits) {
     Service s("1000000");
     const std::string file = testModuleFile(s.dir, 2500);  // ticks 2.5 s apart
     const CliResult r = s.run({"run", file, "--poll", "--ticks", "2"});
@@ -213,7 +213,7 @@ TEST(CliRunService, ALongIOPeriodStillFeedsTheWatchdogWhileTheScanWaits) {
     for (long long gap : watchdogGaps(notices)) EXPECT_LE(gap, 500);
 }
 
-TEST(CliRunService, WithoutAWatchdogOnlyReadyAndStopping) {
+TEST(CliRunNotify, WithoutAWatchdogOnlyReadyAndStopping) {
     Service s(nullptr);
     const std::string file = testModuleFile(s.dir, 50);
     const CliResult r = s.run({"run", file, "--poll", "--ticks", "10"});
@@ -223,7 +223,7 @@ TEST(CliRunService, WithoutAWatchdogOnlyReadyAndStopping) {
     EXPECT_EQ(texts, (std::vector<std::string>{"READY=1", "STOPPING=1"}));
 }
 
-TEST(CliRunService, AWatchdogMeantForAnotherProcessIsNotFed) {
+TEST(CliRunNotify, AWatchdogMeantForAnotherProcessIsNotFed) {
     Service s("1000000");
     ScopedEnv other("WATCHDOG_PID", "1");
     const std::string file = testModuleFile(s.dir, 50);
@@ -233,7 +233,7 @@ TEST(CliRunService, AWatchdogMeantForAnotherProcessIsNotFed) {
     EXPECT_EQ(times(s.socket.notices(), "READY=1").size(), 1u);
 }
 
-TEST(CliRunService, SigtermSendsStoppingAndEndsCleanly) {
+TEST(CliRunNotify, SigtermSendsStoppingAndEndsCleanly) {
     Service s("2000000");
     const std::string file = testModuleFile(s.dir, 100);
     const std::string cli = CliPath().string();
