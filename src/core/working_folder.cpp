@@ -39,7 +39,7 @@ std::string FolderForDisplay(const std::filesystem::path& folder, const std::str
     if (text == root) return "~";
     if (text.size() > root.size() && text.compare(0, root.size(), root) == 0 &&
         text[root.size()] == '/')
-        return "~" + text.substr(root.size());
+        return std::string("~").append(text, root.size());
     return text;
 }
 

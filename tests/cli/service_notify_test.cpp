@@ -1,7 +1,7 @@
 // kova-cli run as a systemd service (Type=notify), seen from a notify socket the test makes
-// itself, as systemd would (CliRunNotify: Linux only, the Windows build has no systemd): READY=1 after the first tick, WATCHDOG=1 from the scan at least
-// twice per WATCHDOG_USEC, none while the scan is stalled (--stall-scan), STOPPING=1 at the
-// end.
+// itself, as systemd would (CliRunNotify: Linux only, the Windows build has no systemd): READY=1
+// after the first tick, WATCHDOG=1 from the scan at least twice per WATCHDOG_USEC, none while the
+// scan is stalled (--stall-scan), STOPPING=1 at the end.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <poll.h>
