@@ -49,7 +49,7 @@ std::string MainWindowTitle(const Station& st) {
     // folder, wherever the setup file came from.
     if (!st.workingFolder.empty()) {
         const char* home = std::getenv("HOME");
-        title += " - working folder " + FolderForDisplay(st.workingFolder, home ? home : "");
+        title += " - " + FolderForDisplay(st.workingFolder, home ? home : "");
     }
     return title;
 }

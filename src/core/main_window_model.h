@@ -34,7 +34,7 @@ void ToggleControls(Station& st);
 std::string PortProblemToTell(const Station& st, std::string& told);
 
 // The main window's caption: the program, the setup file in use and the working folder
-// ("KOVA - Default.Suf - working folder ~/Documents/KOVA").
+// ("KOVA - Default.Suf - ~/Documents/KOVA").
 std::string MainWindowTitle(const Station& st);
 
 }  // namespace kova

@@ -143,7 +143,7 @@ TEST(MainWindowModel, TitleEndsWithTheWorkingFolder) {
     Station st;
     st.setupFileName = "/kova-test/plant/BOILER.SUF";
     st.workingFolder = "/kova-test/station/";
-    EXPECT_EQ(MainWindowTitle(st), "KOVA - BOILER.SUF - working folder /kova-test/station");
+    EXPECT_EQ(MainWindowTitle(st), "KOVA - BOILER.SUF - /kova-test/station");
 }
 
 }  // namespace kova

@@ -44,7 +44,7 @@ export HOME="$work/home"
 unset XDG_CONFIG_HOME XDG_DOCUMENTS_DIR
 mkdir -p "$HOME/somewhere"
 cd "$HOME/somewhere" || exit 1
-title="KOVA - Default.Suf - working folder ~/Documents/KOVA"
+title="KOVA - Default.Suf - ~/Documents/KOVA"
 
 start() {
     QT_QPA_PLATFORM=xcb "$kova" >>"$work/kova.out" 2>&1 &

@@ -73,13 +73,13 @@ splash=$(find_window KOVA 10)
 sleep 0.3
 shot 01-splash
 
-main=$(find_window "KOVA - Default.Suf - working folder $run" 30)
+main=$(find_window "KOVA - Default.Suf - $run" 30)
 if [ -z "$main" ]; then
     fail "the main window did not appear"
     cat "$work/kova.out"
     exit 1
 fi
-pass "main window \"KOVA - Default.Suf - working folder $run\""
+pass "main window \"KOVA - Default.Suf - $run\""
 sleep 0.5
 seen=$(dismiss_messages)
 [ "$seen" -gt 0 ] && echo "note: $seen start-up message(s) answered (see $work/kova.out)"
@@ -202,7 +202,7 @@ if [ -f E2E.SUF ]; then
 else
     fail "E2E.SUF was not saved"
 fi
-[ -n "$(find_window "KOVA - E2E.SUF - working folder $run" 5)" ] && pass "title names E2E.SUF" || fail "title does not name E2E.SUF"
+[ -n "$(find_window "KOVA - E2E.SUF - $run" 5)" ] && pass "title names E2E.SUF" || fail "title does not name E2E.SUF"
 
 # Everything off again.
 xdotool windowfocus --sync "$main"

@@ -47,7 +47,7 @@ struct Rig {
     // The caption with the setup file's name; the temporary working folder is not under
     // the home folder, so it shows in full.
     QString title(const char* setup) const {
-        return QString("KOVA - %1 - working folder %2")
+        return QString("KOVA - %1 - %2")
             .arg(setup, QString::fromStdString(folder.path().string()));
     }
 };
