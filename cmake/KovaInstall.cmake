@@ -36,6 +36,11 @@ if(TARGET kova-cli)
 endif()
 
 install(TARGETS kova-cli RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
+# HTTPS of the station's web page needs this beside kova-cli's own files: kova-cli looks in
+# ../lib/kova from its bin folder (cli_run_web.cpp).
+if(TARGET kova_tls_compat)
+    install(TARGETS kova_tls_compat LIBRARY DESTINATION lib/kova)
+endif()
 
 # ---- man pages ------------------------------------------------------------------------------
 foreach(page kova kova-cli)

@@ -34,6 +34,11 @@ struct RunOptions {
     std::string mqttPasswordFile;
     std::string mqttCaFile;
     bool mqttWrites = false;
+    // --http and its companions: the station's web page.
+    std::optional<std::string> httpListen;  // [ADDR:]PORT
+    std::string httpUsers;
+    std::string httpCert;
+    std::string httpKey;
     // The hidden --stall-scan TICK:MS, for testing the service watchdog from outside.
     std::optional<ScanStall> stall;
 };
@@ -43,5 +48,7 @@ struct RunOptions {
 void AddRunOptions(CLI::App& run, RunOptions& o);
 // The --mqtt group (cli_run_mqtt.cpp).
 void AddMqttOptions(CLI::App& run, RunOptions& o);
+// The --http group (cli_run_web.cpp).
+void AddWebOptions(CLI::App& run, RunOptions& o);
 
 }  // namespace kova::cli
