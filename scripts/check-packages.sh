@@ -12,12 +12,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 top=$(pwd)
 start=$SECONDS
-failures=0
-fail() {
-    echo "FAIL: $*"
-    failures=$((failures + 1))
-}
-pass() { echo "ok: $*"; }
+source tests/e2e/e2e_support.sh  # pass, fail and their count
 
 sudo_cmd=()
 [ "$(id -u)" -eq 0 ] || sudo_cmd=(sudo)

@@ -12,32 +12,11 @@ set -uo pipefail
 kova=${1:?usage: first_start_e2e.sh KOVA [SHOT-FOLDER]}
 shots=${2:-}
 
-if [ "${KOVA_E2E_INNER:-}" != 1 ]; then
-    for tool in xvfb-run xdotool import; do
-        if ! command -v "$tool" >/dev/null 2>&1; then
-            echo "SKIPPED: this test needs $tool (packages xvfb, xdotool, imagemagick)"
-            exit 77
-        fi
-    done
-    work=$(mktemp -d /tmp/kova-first.XXXXXX)
-    [ -n "$shots" ] || shots="$work/shots"
-    mkdir -p "$shots"
-    KOVA_E2E_INNER=1 KOVA_E2E_WORK="$work" xvfb-run -a -s "-screen 0 1280x900x24" \
-        bash "$0" "$kova" "$shots"
-    rc=$?
-    echo "screenshots in $shots"
-    [ $rc -eq 0 ] && rm -rf "$work/home"
-    exit $rc
-fi
+source "$(dirname "$0")/e2e_support.sh"
+e2e_under_xvfb kova-first home bash "$0" "$kova" "$shots"
 
 # ---- inside the virtual display ---------------------------------------------------------
 work=$KOVA_E2E_WORK
-failures=0
-fail() {
-    echo "FAIL: $*"
-    failures=$((failures + 1))
-}
-pass() { echo "ok: $*"; }
 
 # A user of their own: the documents folder is ~/Documents (no user-dirs.dirs).
 export HOME="$work/home"

@@ -12,35 +12,14 @@ kova=${1:?usage: run_e2e.sh KOVA KOVA-CLI [SHOT-FOLDER]}
 cli=${2:?usage: run_e2e.sh KOVA KOVA-CLI [SHOT-FOLDER]}
 shots=${3:-}
 
-if [ "${KOVA_E2E_INNER:-}" != 1 ]; then
-    for tool in xvfb-run xdotool import; do
-        if ! command -v "$tool" >/dev/null 2>&1; then
-            echo "SKIPPED: the end-to-end test needs $tool (packages xvfb, xdotool, imagemagick)"
-            exit 77
-        fi
-    done
-    work=$(mktemp -d /tmp/kova-e2e.XXXXXX)
-    [ -n "$shots" ] || shots="$work/shots"
-    mkdir -p "$shots"
-    KOVA_E2E_INNER=1 KOVA_E2E_WORK="$work" xvfb-run -a -s "-screen 0 1280x900x24" \
-        bash "$0" "$kova" "$cli" "$shots"
-    rc=$?
-    echo "screenshots in $shots"
-    [ $rc -eq 0 ] && rm -rf "$work/run"
-    exit $rc
-fi
+source "$(dirname "$0")/e2e_support.sh"
+e2e_under_xvfb kova-e2e run bash "$0" "$kova" "$cli" "$shots"
 
 # ---- inside the virtual display ---------------------------------------------------------
 work=$KOVA_E2E_WORK
 run="$work/run"
 mkdir -p "$run"
 cd "$run" || exit 1
-failures=0
-fail() {
-    echo "FAIL: $*"
-    failures=$((failures + 1))
-}
-pass() { echo "ok: $*"; }
 
 # The working folder named on the command line (without it KOVA would work in
 # ~/Documents/KOVA: first_start_e2e.sh tests that).
