@@ -49,6 +49,31 @@ else
     fail "kova-cli run on the installed example: $(cat "$work/run.out")"
 fi
 
+# HTTPS of the station's web page, which needs the installed /usr/lib/kova library.
+openssl req -x509 -newkey rsa:2048 -nodes -keyout "$work/key.pem" -out "$work/cert.pem" \
+    -days 1 -subj /CN=localhost 2>/dev/null
+port=$(python3 -c 'import socket; s = socket.socket(); s.bind(("127.0.0.1", 0)); print(s.getsockname()[1])')
+(cd "$work" && exec /usr/bin/kova-cli run "$examples/Default.Suf" --poll --http "127.0.0.1:$port" \
+    --http-cert "$work/cert.pem" --http-key "$work/key.pem" >"$work/web.out" 2>&1) &
+web=$!
+if python3 - "$port" <<'PY'; then
+import ssl, sys, time, urllib.request
+context = ssl._create_unverified_context()
+for _ in range(100):
+    try:
+        with urllib.request.urlopen(f"https://127.0.0.1:{sys.argv[1]}/", context=context, timeout=2) as r:
+            sys.exit(0 if r.status == 200 and b"<html" in r.read().lower() else 1)
+    except OSError:
+        time.sleep(0.1)
+sys.exit(1)
+PY
+    pass "the installed kova-cli serves its web page over HTTPS"
+else
+    fail "no web page over HTTPS from the installed kova-cli: $(cat "$work/web.out")"
+fi
+kill "$web" 2>/dev/null
+wait "$web" 2>/dev/null || true
+
 # The station's system user, made by sysusers at installation.
 if getent passwd kova >/dev/null && id -nG kova | tr ' ' '\n' | grep -qx lp; then
     pass "system user kova, in group lp"
