@@ -8,6 +8,7 @@
 
 #include "app/window_registry.h"
 #include "core/error_report.h"
+#include "core/forms/window_calls.h"
 #include "core/main_window_model.h"
 #include "core/station.h"
 #include "platform/help_viewer.h"
@@ -90,6 +91,7 @@ class MainWindow : public QMainWindow {
     QWidget* createWindow(WindowKind kind);
     void mirror();
     void refreshTitle();
+    bool mayReplaceConfiguration();
     void fileNew();
     void fileLoad();
     void fileSave();
@@ -105,6 +107,7 @@ class MainWindow : public QMainWindow {
     std::unique_ptr<QtPrinter> printer_;
     std::unique_ptr<HelpViewer> help_;
     ErrorReport report_;
+    forms::WindowCalls guard_{st_, report_, this};
     WindowRegistry windows_;
     QTimer hiTime2_;
     SwitchIndicators boxes_;
