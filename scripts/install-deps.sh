@@ -15,6 +15,9 @@ packages=(
   xvfb xauth xdotool imagemagick
   poppler-utils
   python3
+  libsystemd-dev systemd groff-base man-db
+  librsvg2-bin desktop-file-utils appstream
+  debhelper lintian
 )
 
 missing=()

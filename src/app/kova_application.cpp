@@ -1,17 +1,23 @@
 #include "app/kova_application.h"
 
+#include <QIcon>
 #include <QLocale>
 #include <clocale>
 #include <iostream>
 #include <locale>
 
 #include "core/error_report.h"
+#include "kova_version.h"
 
 namespace kova::app {
 
 KovaApplication::KovaApplication(int& argc, char** argv) : QApplication(argc, argv) {
     // No display name: it would be appended to every window's caption.
     setApplicationName("KOVA");
+    setApplicationVersion(kVersion);
+    // Ties the windows to the installed desktop entry and its icon.
+    setDesktopFileName(kAppId);
+    setWindowIcon(QIcon::fromTheme(kAppId));
     UseFixedNumberFormat();
 }
 

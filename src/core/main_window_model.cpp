@@ -1,6 +1,9 @@
 #include "core/main_window_model.h"
 
+#include <cstdlib>
+
 #include "core/configuration.h"
+#include "core/working_folder.h"
 #include "daq/port_messages.h"
 
 namespace kova {
@@ -36,8 +39,14 @@ std::string PortProblemToTell(const Station& st, std::string& told) {
 
 std::string MainWindowTitle(const Station& st) {
     std::string title = kAppTitle;
-    if (st.setupFileName.empty()) return title;
-    return title + " - " + SetupFileShortName(st);
+    if (!st.setupFileName.empty()) title += " - " + SetupFileShortName(st);
+    // The calibration file and log files without a folder of their own live in the working
+    // folder, wherever the setup file came from.
+    if (!st.workingFolder.empty()) {
+        const char* home = std::getenv("HOME");
+        title += " - " + FolderForDisplay(st.workingFolder, home ? home : "");
+    }
+    return title;
 }
 
 std::string SetupFileShortName(const Station& st) {

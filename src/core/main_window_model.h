@@ -34,7 +34,8 @@ void ToggleControls(Station& st);
 // module reads on such a port. "" when there is nothing to tell.
 std::string PortProblemToTell(const Station& st, std::string& told);
 
-// The main window's caption: the program and the setup file in use.
+// The main window's caption: the program, the setup file in use and the working folder
+// ("KOVA - Default.Suf - ~/Documents/KOVA").
 std::string MainWindowTitle(const Station& st);
 
 // The name of the setup file in use, without its folder.
