@@ -247,7 +247,7 @@ void BM_HistoryForwardWholeFile(benchmark::State& state) {
         state.counters["longest_step_ms"] = longest;
         state.counters["rss_growth_kB"] = static_cast<double>(ResidentKb() - rssBefore);
         state.counters["block_starts_known"] =
-            static_cast<double>(v.view.file().knownBlockStarts());
+            static_cast<double>(v.view.file()->knownBlockStarts());
         state.ResumeTiming();
     }
 }

@@ -15,6 +15,7 @@
 #include <string>
 #include <vector>
 
+#include "core/fault.h"
 #include "core/station.h"
 #include "displays/history_file.h"
 #include "displays/history_view.h"
@@ -91,7 +92,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     HistoryFile file;
     if (!file.open(path).empty()) std::abort();
     std::string header;
-    file.readLine(header);
+    const std::string problem = file.readHeader(header);
+    if (header.size() > HistoryFile::kMaxLineBytes) std::abort();
     const HistoryColumns columns = ScanHeader(header);
     if (columns.names.size() > static_cast<std::size_t>(kHistoryMaxColumns)) std::abort();
     if (columns.listItems.size() > columns.names.size()) std::abort();
@@ -141,7 +143,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     NullChart chart;
     st.platform.prompter = &prompt;
     HistoryView view(st, chart);
-    if (!view.openFile(path)) std::abort();
+    try {
+        view.openFile(path);
+    } catch (const Fault&) {
+        // Only a file whose first line is no header is refused, and then nothing changed.
+        if (problem.empty() || !view.fileName().empty()) std::abort();
+        std::remove(path.c_str());
+        return 0;
+    }
+    if (!problem.empty() || view.fileName() != path) std::abort();
     std::vector<int> selected;
     for (int i = 0; i < static_cast<int>(view.listItems().size()) && i < kHistoryPens; ++i)
         selected.push_back(i);

@@ -8,12 +8,11 @@
 #include <cstring>
 #include <system_error>
 
+#include "core/plain_file.h"
 #include "core/text_encoding.h"
 #include "logging/log_file.h"
 
-#ifdef _WIN32
 #include <filesystem>
-#endif
 
 namespace kova {
 
@@ -109,19 +108,29 @@ HistoryColumns ScanHeader(std::string_view headerBytes) {
 std::string HistoryFile::open(const std::string& path) {
     close();
     if (path.empty()) return "no file name has been given";
-    errno = 0;
-#ifdef _WIN32
-    const std::filesystem::path native(
-        std::u8string(reinterpret_cast<const char8_t*>(path.data()), path.size()));
-    std::FILE* f = _wfopen(native.c_str(), L"rb");
-#else
-    std::FILE* f = std::fopen(NativeLogPath(path).c_str(), "rb");
-#endif
-    if (f == nullptr) return reasonOf(errno);
-    file_ = f;
+    const std::string native = NativeLogPath(path);
+    const OpenedForReading opened = OpenPlainFileForReading(std::filesystem::path(
+        std::u8string(reinterpret_cast<const char8_t*>(native.data()), native.size())));
+    if (!opened.notPlain.empty()) return "it is " + opened.notPlain + ", not a log file";
+    if (opened.file == nullptr) return reasonOf(opened.error);
+    file_ = opened.file;
     path_ = path;
     buffer_.resize(kBufferBytes);
     return {};
+}
+
+std::string HistoryFile::readHeader(std::string& header) {
+    header.clear();
+    const bool read = readLine(header);
+    // A binary file is told as such, whether or not a line break came within the bound.
+    std::string problem;
+    if (header.find('\0') != std::string::npos)
+        problem = "its first line holds NUL bytes: not a log file";
+    else if (!read && overlongRow_ == 0)
+        problem = "its first line is longer than " + std::to_string(kMaxLineBytes) +
+                  " bytes: not a log file";
+    if (!problem.empty()) header.clear();
+    return problem;  // an empty file names no columns
 }
 
 void HistoryFile::close() {
@@ -135,6 +144,7 @@ void HistoryFile::close() {
     atEnd_ = false;
     nextRow_ = 0;
     fetched_ = 0;
+    overlongRow_ = -1;
     blockStarts_.clear();
 }
 
@@ -150,10 +160,12 @@ bool HistoryFile::fill() {
 }
 
 bool HistoryFile::nextLine(std::string* line) {
-    if (file_ == nullptr) return false;
+    if (file_ == nullptr || blocked()) return false;
     if (line) line->clear();
     const std::uint64_t lineOffset = bufferOffset_ + pos_;
     bool any = false;
+    std::size_t taken = 0;  // bytes of this line so far
+    char last = 0;          // the last of them
     for (;;) {
         if (pos_ == len_ && !fill()) break;
         any = true;
@@ -162,8 +174,16 @@ bool HistoryFile::nextLine(std::string* line) {
         const void* nl = std::memchr(from, '\n', avail);
         const std::size_t chunk =
             nl ? static_cast<std::size_t>(static_cast<const char*>(nl) - from) : avail;
-        if (line && line->size() < kMaxLineBytes)
-            line->append(from, std::min(chunk, kMaxLineBytes - line->size()));
+        // One byte more than a line may hold is let in: the CR of a CR LF line end.
+        if (taken + chunk > kMaxLineBytes + 1) {
+            // Not a log line: reading stops here for good; what fitted is left in *line.
+            if (line) line->append(from, kMaxLineBytes + 1 - taken);
+            overlongRow_ = nextRow_;
+            return false;
+        }
+        if (line) line->append(from, chunk);
+        if (chunk > 0) last = from[chunk - 1];
+        taken += chunk;
         pos_ += chunk;
         if (nl) {
             ++pos_;
@@ -172,6 +192,10 @@ bool HistoryFile::nextLine(std::string* line) {
     }
     if (!any) return false;
     if (line && !line->empty() && line->back() == '\r') line->pop_back();
+    if (taken == kMaxLineBytes + 1 && last != '\r') {
+        overlongRow_ = nextRow_;  // that last byte was no CR: the line is one too long
+        return false;
+    }
     // Offsets are noted as block starts are passed, so a later step back can seek to them.
     if (nextRow_ >= 1 && (nextRow_ - 1) % kHistoryBlockRows == 0 &&
         static_cast<std::uint64_t>((nextRow_ - 1) / kHistoryBlockRows) == blockStarts_.size())

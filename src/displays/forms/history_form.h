@@ -17,6 +17,9 @@ class QRadioButton;
 namespace kova {
 
 class ChartView;
+namespace forms {
+class ThreadWork;
+}
 
 class HistoryWindow : public QWidget {
     Q_OBJECT
@@ -43,6 +46,9 @@ class HistoryWindow : public QWidget {
 
   private:
     void listSelectionChanged();
+    // After each read of the file: the column list when a new file was read, the pens, and
+    // the busy cursor while a read is under way.
+    void refresh();
     void showFile();
     void showPens();
     std::vector<int> selectedRows() const;
@@ -51,7 +57,9 @@ class HistoryWindow : public QWidget {
     ErrorReport& report_;
     PrintWindow print_;
     ChartView* chart_;
+    std::unique_ptr<forms::ThreadWork> work_;  // reads the file away from the scan's thread
     std::unique_ptr<HistoryView> model_;
+    int columnsShown_ = 0;
     std::vector<int> acceptedRows_;  // the selection the pens were made from
 
     QPushButton* cmdSelectFile_;
