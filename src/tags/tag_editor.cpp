@@ -330,6 +330,7 @@ bool AcceptTag(Station& st, TagForm& f) {
     const std::string name = NormalizeTagName(f.TxtTagName);
     if (name.empty())
         return fail(st, "Tag Name cannot be blank. If not used name it as a variable");
+    if (TagNameHasTopicCharacters(name)) return fail(st, kTagNameTopicCharacters);
     if (!listed(st.profile, f.CboIOName)) return fail(st, "I/O Name Not Selected From List ");
 
     const IONameClass c = ClassifyIOName(f.CboIOName);
