@@ -28,6 +28,7 @@ struct RunOptions {
     std::string mqttPasswordFile;
     std::string mqttCaFile;
     bool mqttWrites = false;
+    std::optional<std::string> mqttClientId;
 };
 
 // Declares the setup file and every option of run on the run command; the values land in
