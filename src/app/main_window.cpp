@@ -322,6 +322,7 @@ void MainWindow::tick() {
     const std::string restarted = LogRestartToTell(st_);
     if (!restarted.empty()) {
         statusPanel_->setText(QString::fromStdString(restarted));
+        statusPanel_->setToolTip(QString::fromStdString(restarted));  // read in full
         errors_ << "kova: " << restarted << std::endl;
     }
 }

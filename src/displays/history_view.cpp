@@ -236,19 +236,23 @@ void HistoryView::showBlock(BlockRead& read) {
             block_ = std::move(read.block);
             plot();
         }
-        st_.platform.prompter->message(
-            "Line " + std::to_string(read.overlongRow + 1) + " of " + fileName_ +
-                " is longer than " + std::to_string(HistoryFile::kMaxLineBytes) +
-                " bytes: it is not a log line, and the chart ends before it",
-            kAppTitle);
+        tell("Line " + std::to_string(read.overlongRow + 1) + " of " + fileName_ +
+             " is longer than " + std::to_string(HistoryFile::kMaxLineBytes) +
+             " bytes: it is not a log line, and the chart ends before it");
         return;
     }
     if (!read.there || read.rows == 0) {
-        st_.platform.prompter->message(kNoMorePointsToPlot, kAppTitle);
+        tell(kNoMorePointsToPlot);
         return;
     }
     block_ = std::move(read.block);
     plot();
+}
+
+void HistoryView::tell(const std::string& text) {
+    // The window shows what was read (pens, chart) before the box holds it up.
+    if (changed_) changed_();
+    st_.platform.prompter->message(text, kAppTitle);
 }
 
 void HistoryView::chooseTimeAxis(bool time) {

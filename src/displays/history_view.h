@@ -112,6 +112,8 @@ class HistoryView {
     void backNow();
     // A read of up to 200 rows ended: charted, or "No More Points To Plot".
     void showBlock(BlockRead& read);
+    // A message box after a read, over the window as the read left it.
+    void tell(const std::string& text);
     void plot();
     void labelXAxis();
 
