@@ -65,6 +65,7 @@ OpenedForReading OpenPlainFileForReading(const std::filesystem::path& path) {
     }
     OpenedForReading r;
     r.file = f;
+    r.size = static_cast<unsigned long long>(now.st_size);
     return r;
 #else
     // Looked at before the open, so that a device is never opened at all ...
@@ -94,6 +95,7 @@ OpenedForReading OpenPlainFileForReading(const std::filesystem::path& path) {
     }
     OpenedForReading r;
     r.file = f;
+    r.size = static_cast<unsigned long long>(now.st_size);
     return r;
 #endif
 }

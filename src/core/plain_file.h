@@ -14,6 +14,7 @@ struct OpenedForReading {
     std::string notPlain;       // what the path names when it is not a plain file
                                 // ("a folder", "a FIFO (named pipe)", "a device", "a socket")
     int error = 0;              // the system's error number when it could not be opened
+    unsigned long long size = 0;  // the file's length when it was opened
 };
 
 OpenedForReading OpenPlainFileForReading(const std::filesystem::path& path);

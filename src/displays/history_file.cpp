@@ -19,6 +19,7 @@ namespace kova {
 namespace {
 
 constexpr std::size_t kBufferBytes = 64 * 1024;
+constexpr std::size_t kSmallestBuffer = 4096;
 
 std::string_view trimBlanks(std::string_view s) {
     while (!s.empty() && s.front() == ' ') s.remove_prefix(1);
@@ -115,7 +116,11 @@ std::string HistoryFile::open(const std::string& path) {
     if (opened.file == nullptr) return reasonOf(opened.error);
     file_ = opened.file;
     path_ = path;
-    buffer_.resize(kBufferBytes);
+    // A small file needs no more than its own length (plus one byte, to see its end).
+    const unsigned long long wanted = opened.size + 1;
+    bufferBytes_ = static_cast<std::size_t>(
+        std::clamp<unsigned long long>(wanted, kSmallestBuffer, kBufferBytes));
+    buffer_.reset(new char[bufferBytes_]);
     return {};
 }
 
@@ -152,7 +157,7 @@ bool HistoryFile::fill() {
     if (atEnd_ || file_ == nullptr) return false;
     bufferOffset_ += len_;
     pos_ = 0;
-    len_ = std::fread(buffer_.data(), 1, buffer_.size(), file_);
+    len_ = std::fread(buffer_.get(), 1, bufferBytes_, file_);
     fetched_ += len_;
     // A read fault ends the file for this reader, just as its end does.
     if (len_ == 0) atEnd_ = true;
@@ -169,7 +174,7 @@ bool HistoryFile::nextLine(std::string* line) {
     for (;;) {
         if (pos_ == len_ && !fill()) break;
         any = true;
-        const char* from = buffer_.data() + pos_;
+        const char* from = buffer_.get() + pos_;
         const std::size_t avail = len_ - pos_;
         const void* nl = std::memchr(from, '\n', avail);
         const std::size_t chunk =

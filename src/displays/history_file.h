@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <string>
+#include <memory>
 #include <string_view>
 #include <vector>
 
@@ -113,7 +114,8 @@ class HistoryFile {
 
     std::FILE* file_ = nullptr;
     std::string path_;
-    std::vector<char> buffer_;
+    std::unique_ptr<char[]> buffer_;  // not cleared: only what was read is looked at
+    std::size_t bufferBytes_ = 0;
     std::size_t pos_ = 0;             // next unread byte in buffer_
     std::size_t len_ = 0;             // bytes held in buffer_
     std::uint64_t bufferOffset_ = 0;  // file offset of buffer_[0]
