@@ -230,13 +230,16 @@ TEST(CliRun, LogWritesARecordPerLoggingPeriod) {
               "3.000,10:00:03.000, 210 \r\n");
 }
 
-// Starts kova-cli run on the real clock in the background.
-pid_t startRun(const std::filesystem::path& folder, const std::vector<std::string>& args) {
+// Starts kova-cli run on the real clock in the background; its standard error goes to
+// `errors` when given.
+pid_t startRun(const std::filesystem::path& folder, const std::vector<std::string>& args,
+               const std::filesystem::path& errors = {}) {
     const pid_t pid = fork();
     if (pid == 0) {
         if (chdir(folder.c_str()) != 0) _exit(127);
         const int devnull = open("/dev/null", O_WRONLY);
         dup2(devnull, 1);
+        if (!errors.empty()) dup2(open(errors.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), 2);
         std::vector<std::string> all = {CliPath().string()};
         all.insert(all.end(), args.begin(), args.end());
         std::vector<char*> argv;
@@ -246,6 +249,14 @@ pid_t startRun(const std::filesystem::path& folder, const std::vector<std::strin
         _exit(127);
     }
     return pid;
+}
+
+// Ends a run as a service manager does (SIGTERM); its exit code, -1 when it did not exit.
+int terminateRun(pid_t pid) {
+    kill(pid, SIGTERM);
+    int status = 0;
+    waitpid(pid, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
 std::string fastLoggingFile(Folder& f) {
@@ -282,11 +293,7 @@ TEST(CliRun, TerminatedRunClosesTheLogAndExitsCleanly) {
     const pid_t pid = startRun(f.dir.path(), {"run", file, "--poll", "--log"});
     ASSERT_GT(pid, 0);
     std::this_thread::sleep_for(std::chrono::milliseconds(400));
-    kill(pid, SIGTERM);
-    int status = 0;
-    waitpid(pid, &status, 0);
-    ASSERT_TRUE(WIFEXITED(status));
-    EXPECT_EQ(WEXITSTATUS(status), 0);
+    EXPECT_EQ(terminateRun(pid), 0);
     const std::string log = ReadFileBytes(f.dir / "log.CSV");
     EXPECT_EQ(log.rfind("LOG PERIOD,A1 label\r\n", 0), 0u);
     EXPECT_EQ(log.substr(log.size() - 2), "\r\n");
@@ -309,26 +316,15 @@ bool hasLines(const std::filesystem::path& p, std::size_t lines) {
 TEST(CliRun, ALogFileRenamedOrDeletedMidRunIsStartedAgainAndSaidOnce) {
     Folder f;
     const std::string file = fastLoggingFile(f);
-    const pid_t pid = fork();
-    ASSERT_GE(pid, 0);
-    if (pid == 0) {
-        const int err = open((f.dir / "stderr").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-        dup2(err, 2);
-        if (chdir(f.dir.path().c_str()) != 0) _exit(127);
-        execl(CliPath().c_str(), "kova-cli", "run", file.c_str(), "--poll", "--log", nullptr);
-        _exit(127);
-    }
+    const pid_t pid = startRun(f.dir.path(), {"run", file, "--poll", "--log"}, f.dir / "stderr");
+    ASSERT_GT(pid, 0);
     const auto log = f.dir / "log.CSV";
     ASSERT_TRUE(hasLines(log, 3));
     std::filesystem::rename(log, f.dir / "log-1.CSV");
     ASSERT_TRUE(hasLines(log, 3));
     std::filesystem::remove(log);
     ASSERT_TRUE(hasLines(log, 3));
-    kill(pid, SIGTERM);
-    int status = 0;
-    waitpid(pid, &status, 0);
-    ASSERT_TRUE(WIFEXITED(status));
-    EXPECT_EQ(WEXITSTATUS(status), 0);
+    EXPECT_EQ(terminateRun(pid), 0);
     const std::string said = ReadFileBytes(f.dir / "stderr");
     const std::string line = "kova-cli: run: Log file \"" + log.string() +
                              "\" was renamed or deleted while logging: it was started again with "
