@@ -132,8 +132,8 @@ std::string HistoryFile::readHeader(std::string& header) {
     if (header.find('\0') != std::string::npos)
         problem = "its first line holds NUL bytes: not a log file";
     else if (!read && overlongRow_ == 0)
-        problem = "its first line is longer than " + std::to_string(kMaxLineBytes) +
-                  " bytes: not a log file";
+        problem =
+            "its first line is longer than " + std::to_string(maxLine_) + " bytes: not a log file";
     if (!problem.empty()) header.clear();
     return problem;  // an empty file names no columns
 }
@@ -180,9 +180,9 @@ bool HistoryFile::nextLine(std::string* line) {
         const std::size_t chunk =
             nl ? static_cast<std::size_t>(static_cast<const char*>(nl) - from) : avail;
         // One byte more than a line may hold is let in: the CR of a CR LF line end.
-        if (taken + chunk > kMaxLineBytes + 1) {
+        if (taken + chunk > maxLine_ + 1) {
             // Not a log line: reading stops here for good; what fitted is left in *line.
-            if (line) line->append(from, kMaxLineBytes + 1 - taken);
+            if (line) line->append(from, maxLine_ + 1 - taken);
             overlongRow_ = nextRow_;
             return false;
         }
@@ -197,7 +197,7 @@ bool HistoryFile::nextLine(std::string* line) {
     }
     if (!any) return false;
     if (line && !line->empty() && line->back() == '\r') line->pop_back();
-    if (taken == kMaxLineBytes + 1 && last != '\r') {
+    if (taken == maxLine_ + 1 && last != '\r') {
         overlongRow_ = nextRow_;  // that last byte was no CR: the line is one too long
         return false;
     }

@@ -6,8 +6,8 @@
 #include <array>
 #include <cstdint>
 #include <cstdio>
-#include <string>
 #include <memory>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -65,7 +65,9 @@ class HistoryFile {
     // breaks at all (a sparse file of gigabytes, a disk image).
     static constexpr std::size_t kMaxLineBytes = 64 * 1024;
 
-    HistoryFile() = default;
+    // `maxLineBytes` other than kMaxLineBytes lets a test or a fuzzer meet overlong lines
+    // in small files.
+    explicit HistoryFile(std::size_t maxLineBytes = kMaxLineBytes) : maxLine_(maxLineBytes) {}
     ~HistoryFile() { close(); }
     HistoryFile(const HistoryFile&) = delete;
     HistoryFile& operator=(const HistoryFile&) = delete;
@@ -77,7 +79,7 @@ class HistoryFile {
     std::string open(const std::string& path);
     // Reads the header line (the file must be at its start). Returns "" on success (an
     // empty file has an empty header), otherwise why the file is not a log file: a first
-    // line longer than kMaxLineBytes or holding NUL bytes.
+    // line longer than the longest line or holding NUL bytes.
     std::string readHeader(std::string& header);
     void close();
     bool isOpen() const { return file_ != nullptr; }
@@ -85,7 +87,7 @@ class HistoryFile {
 
     // The next line without its line break (LF or CR LF). False at the end of the file, on
     // a read fault (which then counts as the end of the file) and before a line longer than
-    // kMaxLineBytes (overlongRow() then tells which).
+    // the longest line (overlongRow() then tells which).
     bool readLine(std::string& line);
     // Skips the next line; false at the end of the file.
     bool skipLine();
@@ -100,7 +102,9 @@ class HistoryFile {
     std::size_t knownBlockStarts() const { return blockStarts_.size(); }
     // Bytes fetched from the file since it was opened (to show what a step costs).
     std::uint64_t bytesFetched() const { return fetched_; }
-    // The row (0 = the header) of the first line found longer than kMaxLineBytes; -1 while
+    // The longest line taken (kMaxLineBytes unless the constructor was given another).
+    std::size_t maxLineBytes() const { return maxLine_; }
+    // The row (0 = the header) of the first line found longer than that; -1 while
     // none was met. Reading never goes past it.
     std::int64_t overlongRow() const { return overlongRow_; }
 
@@ -112,6 +116,7 @@ class HistoryFile {
     bool nextLine(std::string* line);
     bool blocked() const { return overlongRow_ >= 0 && nextRow_ >= overlongRow_; }
 
+    std::size_t maxLine_;
     std::FILE* file_ = nullptr;
     std::string path_;
     std::unique_ptr<char[]> buffer_;  // not cleared: only what was read is looked at

@@ -233,6 +233,20 @@ TEST(HistoryFile, TheLongestLineReadsWithEitherLineEnd) {
     EXPECT_EQ(f.file.overlongRow(), 3);
 }
 
+TEST(HistoryFile, AReaderGivenAShorterLongestLineStopsThere) {
+    test::TempFolder folder;
+    test::WriteFileBytes(folder / "LOG.CSV", "H\r\n12345\r\n123456\n1\n");
+    HistoryFile file(5);
+    ASSERT_EQ(file.open((folder / "LOG.CSV").string()), "");
+    EXPECT_EQ(file.maxLineBytes(), 5u);
+    std::string line;
+    ASSERT_TRUE(file.readLine(line));
+    ASSERT_TRUE(file.readLine(line));
+    EXPECT_EQ(line, "12345");
+    EXPECT_FALSE(file.readLine(line));
+    EXPECT_EQ(file.overlongRow(), 2);
+}
+
 TEST(HistoryFile, AHeaderIsAFirstLineOfTextOfAtMostTheLongestLine) {
     {
         OpenFile f("LOG PERIOD,TIME,A\r\n1,2,3\r\n");
