@@ -19,6 +19,13 @@ std::filesystem::path fsPath(const std::string& utf8) {
         std::u8string(reinterpret_cast<const char8_t*>(native.data()), native.size()));
 }
 
+// The file being logged, under this name or another spelling of its path.
+bool IsSameFile(const std::string& name, const std::string& logging) {
+    if (name == logging) return true;
+    std::error_code ec;
+    return std::filesystem::equivalent(fsPath(name), fsPath(logging), ec) && !ec;
+}
+
 std::string curveName(int pen) {
     return "Curve" + std::to_string(pen + 1);
 }
@@ -39,15 +46,6 @@ struct HistoryView::BlockRead {
 HistoryView::HistoryView(Station& st, ChartPlot& chart, BackgroundWork* work)
     : st_(st), chart_(chart), work_(work ? *work : inline_) {}
 
-bool HistoryView::isFileBeingLogged(const std::string& name) const {
-    const std::string& logging = st_.logging.LogFileName;
-    if (name == logging) return true;
-    if (name.empty() || logging.empty()) return false;
-    // The same file under another spelling of its path is still the file being written.
-    std::error_code ec;
-    return std::filesystem::equivalent(fsPath(name), fsPath(logging), ec) && !ec;
-}
-
 void HistoryView::whenIdle(std::function<void()> step) {
     if (!busy_) {
         step();
@@ -61,7 +59,7 @@ void HistoryView::whenIdle(std::function<void()> step) {
 void HistoryView::readThen(std::function<void()> read, std::function<void()> show) {
     busy_ = true;
     const int generation = generation_;
-    work_.run(std::move(read), [this, generation, show = std::move(show)] {
+    auto done = [this, generation, show = std::move(show)] {
         if (generation != generation_) return;  // the window was left meanwhile
         busy_ = false;
         std::exception_ptr fault;
@@ -77,7 +75,13 @@ void HistoryView::readThen(std::function<void()> read, std::function<void()> sho
             std::rethrow_exception(fault);
         }
         runWaiting();
-    });
+    };
+    try {
+        work_.run(std::move(read), std::move(done));
+    } catch (...) {
+        busy_ = false;  // no thread could be had for it: nothing is under way
+        throw;
+    }
 }
 
 void HistoryView::runWaiting() {
@@ -102,17 +106,19 @@ void HistoryView::openFile(const std::string& name) {
 }
 
 void HistoryView::openNow(const std::string& name) {
-    if (st_.switches.LoggingEnabled.isOn() && isFileBeingLogged(name)) {
-        st_.platform.prompter->message(kCannotViewLoggingFile + name, kAppTitle);
-        return;
-    }
+    // Even telling two spellings of a path apart asks the file system: done with the read.
+    const std::string logging =
+        st_.switches.LoggingEnabled.isOn() ? st_.logging.LogFileName : std::string();
     struct HeaderRead {
+        bool beingLogged = false;
         std::string problem;
         HistoryColumns columns;
     };
     auto read = std::make_shared<HeaderRead>();
     readThen(
-        [read, name] {
+        [read, name, logging] {
+            read->beingLogged = !logging.empty() && IsSameFile(name, logging);
+            if (read->beingLogged) return;
             HistoryFile file;
             read->problem = file.open(name);
             std::string header;
@@ -120,6 +126,10 @@ void HistoryView::openNow(const std::string& name) {
             if (read->problem.empty()) read->columns = ScanHeader(header);
         },
         [this, read, name] {
+            if (read->beingLogged) {
+                st_.platform.prompter->message(kCannotViewLoggingFile + name, kAppTitle);
+                return;
+            }
             if (!read->problem.empty())
                 throw Fault(FaultKind::File,
                             "The log file " + name + " cannot be read: " + read->problem);

@@ -100,7 +100,6 @@ class HistoryView {
 
   private:
     struct BlockRead;
-    bool isFileBeingLogged(const std::string& name) const;
     // Runs the step now, or after the reads under way.
     void whenIdle(std::function<void()> step);
     // Hands `read` to the background, then `show` (on this thread) unless exit() came first.
