@@ -4,6 +4,8 @@
 // never published.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <filesystem>
 #include <sstream>
 #include <thread>
 
@@ -183,6 +185,31 @@ TEST(MqttTopics, ATagNameNoTopicCanCarryIsNeverPublishedAndTheOthersGoOnce) {
               "kova-cli: mqtt: tag 7 (LINE/2) is not published: a / would split its topic\n"
               "kova-cli: mqtt: tag 8 (C#) is not published: a topic cannot hold the wildcards + "
               "and #\n");
+}
+
+TEST(MqttTopics, AFailingPublishRetriesThatTagAloneAndIsToldOnce) {
+    // A broker that takes no packet longer than 100 bytes: the long tag's never goes out.
+    TestBroker broker([](int port, int, const std::filesystem::path&) {
+        return "listener " + std::to_string(port) +
+               " 127.0.0.1\nallow_anonymous true\nmax_packet_size 100\n";
+    });
+    StationRig rig;
+    rig.st.tags[6].TagName = std::string(100, 'L');
+    std::ostringstream errors;
+    auto link = Connected(Options(broker.port()));
+    MqttStation station(*link, "kova/test", errors);
+    station.publishTags(rig.st);
+    const long long first = station.published();
+    EXPECT_GT(first, 5);
+    for (int tick = 0; tick < 5; ++tick) station.publishTags(rig.st);
+    EXPECT_EQ(station.published(), first);  // the others are not sent again and again
+    const std::string said = errors.str();
+    EXPECT_EQ(std::count(said.begin(), said.end(), '\n'), 1) << said;
+    EXPECT_EQ(
+        said.rfind("kova-cli: mqtt: tag 6 (" + std::string(64, 'L') + "...) cannot be published: ",
+                   0),
+        0u)
+        << said;
 }
 
 }  // namespace
