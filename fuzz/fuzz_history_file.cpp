@@ -89,10 +89,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
 
     // The reader: every line read in order, remembered to check the steps back against.
-    // Half the inputs get a short longest line, so that small inputs meet overlong lines.
+    // Half the inputs get a short longest line, so that small inputs meet overlong lines, and
+    // half are read a few bytes at a time, so that lines span reads.
     const std::size_t longest =
         size > 0 && (data[0] & 1) ? 4 + data[0] / 2 : HistoryFile::kMaxLineBytes;
-    HistoryFile file(longest);
+    const std::size_t readBytes = size > 1 && (data[1] & 1) ? 1 + data[1] % 23 : 0;
+    HistoryFile file(longest, readBytes);
     if (!file.open(path).empty()) std::abort();
     std::string header;
     const std::string problem = file.readHeader(header);

@@ -4,6 +4,7 @@
 #   scripts/run-fuzzers.sh --runs N        each target for N executions (the long run:
 #                                          10000000 takes hours on a shared machine)
 #   scripts/run-fuzzers.sh --runs N NAME   only fuzz_NAME
+# FUZZ_FLAGS adds libFuzzer flags (for example "-max_len=1024").
 # A crash stops the script with the fuzzer's exit code; its input is kept in build/fuzz/.
 # The long run prints each target's figures: executions, seconds, executions per second,
 # peak memory, and the crash count.
@@ -36,6 +37,8 @@ for name in "${targets[@]}"; do
     seeds=()
     [ -d "$corpus" ] && seeds=("$corpus")
     common=(-rss_limit_mb=2048 -timeout=5 -artifact_prefix="build/fuzz/$name-")
+    # shellcheck disable=SC2206
+    common+=(${FUZZ_FLAGS:-})
     if [ -z "$runs" ]; then
         echo "== $name for ${secs}s"
         "$f" -max_total_time="$secs" "${common[@]}" "$work" "${seeds[@]}" 2>&1 | tail -n 3

@@ -118,8 +118,9 @@ std::string HistoryFile::open(const std::string& path) {
     path_ = path;
     // A small file needs no more than its own length (plus one byte, to see its end).
     const unsigned long long wanted = opened.size + 1;
-    bufferBytes_ = static_cast<std::size_t>(
-        std::clamp<unsigned long long>(wanted, kSmallestBuffer, kBufferBytes));
+    bufferBytes_ = readBytes_ > 0 ? readBytes_
+                                  : static_cast<std::size_t>(std::clamp<unsigned long long>(
+                                        wanted, kSmallestBuffer, kBufferBytes));
     buffer_.reset(new char[bufferBytes_]);
     return {};
 }

@@ -66,8 +66,10 @@ class HistoryFile {
     static constexpr std::size_t kMaxLineBytes = 64 * 1024;
 
     // `maxLineBytes` other than kMaxLineBytes lets a test or a fuzzer meet overlong lines
-    // in small files.
-    explicit HistoryFile(std::size_t maxLineBytes = kMaxLineBytes) : maxLine_(maxLineBytes) {}
+    // in small files, and `readBytes` (0: as many as the file's size wants, 4 to 64 KB) lines
+    // that span several reads.
+    explicit HistoryFile(std::size_t maxLineBytes = kMaxLineBytes, std::size_t readBytes = 0)
+        : maxLine_(maxLineBytes), readBytes_(readBytes) {}
     ~HistoryFile() { close(); }
     HistoryFile(const HistoryFile&) = delete;
     HistoryFile& operator=(const HistoryFile&) = delete;
@@ -117,6 +119,7 @@ class HistoryFile {
     bool blocked() const { return overlongRow_ >= 0 && nextRow_ >= overlongRow_; }
 
     std::size_t maxLine_;
+    std::size_t readBytes_;
     std::FILE* file_ = nullptr;
     std::string path_;
     std::unique_ptr<char[]> buffer_;  // not cleared: only what was read is looked at

@@ -247,6 +247,27 @@ TEST(HistoryFile, AReaderGivenAShorterLongestLineStopsThere) {
     EXPECT_EQ(file.overlongRow(), 2);
 }
 
+TEST(HistoryFile, LinesThatSpanSeveralReadsReadTheSame) {
+    test::TempFolder folder;
+    const std::string bytes = rowsFile(450) + "cut";
+    test::WriteFileBytes(folder / "LOG.CSV", bytes);
+    HistoryFile whole, bitwise(HistoryFile::kMaxLineBytes, 3);
+    ASSERT_EQ(whole.open((folder / "LOG.CSV").string()), "");
+    ASSERT_EQ(bitwise.open((folder / "LOG.CSV").string()), "");
+    std::string a, b;
+    int lines = 0;
+    while (whole.readLine(a)) {
+        ASSERT_TRUE(bitwise.readLine(b));
+        EXPECT_EQ(a, b);
+        ++lines;
+    }
+    EXPECT_FALSE(bitwise.readLine(b));
+    EXPECT_EQ(lines, 452);
+    ASSERT_TRUE(bitwise.seekRow(401));
+    ASSERT_TRUE(bitwise.readLine(b));
+    EXPECT_EQ(b, "401.000, 401 ");
+}
+
 TEST(HistoryFile, AHeaderIsAFirstLineOfTextOfAtMostTheLongestLine) {
     {
         OpenFile f("LOG PERIOD,TIME,A\r\n1,2,3\r\n");
