@@ -1,5 +1,6 @@
 #include "core/main_window_model.h"
 
+#include "core/configuration.h"
 #include "daq/port_messages.h"
 
 namespace kova {
@@ -36,11 +37,33 @@ std::string PortProblemToTell(const Station& st, std::string& told) {
 std::string MainWindowTitle(const Station& st) {
     std::string title = kAppTitle;
     if (st.setupFileName.empty()) return title;
+    return title + " - " + SetupFileShortName(st);
+}
+
+std::string SetupFileShortName(const Station& st) {
+    if (st.setupFileName.empty()) return kDefaultSetupFile;
     // The name may come from a file written on Windows, with backslashes.
     std::string name = st.setupFileName;
     const auto cut = name.find_last_of("/\\");
     if (cut != std::string::npos) name = name.substr(cut + 1);
-    return title + " - " + name;
+    return name;
+}
+
+std::string SaveChangesQuestion(const Station& st) {
+    return "Save changes to " + SetupFileShortName(st) + "?";
+}
+
+bool MayReplaceConfiguration(Station& st, const std::function<bool()>& save) {
+    if (!ConfigurationChanged(st)) return true;
+    switch (st.platform.prompter->askSaveDiscardCancel(SaveChangesQuestion(st), kAppTitle)) {
+        case SaveChoice::Save:
+            return save();
+        case SaveChoice::Discard:
+            return true;
+        case SaveChoice::Cancel:
+            break;
+    }
+    return false;
 }
 
 }  // namespace kova

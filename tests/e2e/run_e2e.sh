@@ -112,11 +112,16 @@ open_and_close() {
     xdotool windowfocus --sync "$w" key alt+x
     sleep 0.4
     # A window whose E&xit checks what it holds may say so first (the tag window names every
-    # blank tag of an empty table, then asks whether to leave anyway: Return answers Yes).
+    # blank tag of an empty table, then asks whether to leave anyway). Alt+Y answers that
+    # question Yes (its default is No); a message box ignores it and takes Return.
     local n=0 e
     while [ $n -lt 40 ] && e=$(find_window ERROR 1) && [ -n "$e" ]; do
-        xdotool windowfocus --sync "$e" key Return
+        xdotool windowfocus --sync "$e" key alt+y
         sleep 0.2
+        if [ -n "$(xdotool search --onlyvisible --name '^ERROR$' 2>/dev/null | grep -x "$e")" ]; then
+            xdotool windowfocus --sync "$e" key Return
+            sleep 0.2
+        fi
         n=$((n + 1))
     done
     [ -z "$(find_window "$title" 1)" ] && pass "\"$title\" closed by E&xit" || fail "\"$title\" still open"

@@ -82,7 +82,7 @@ HistoryWindow::HistoryWindow(Station& st, ErrorReport& report, PrintWindow print
     chart_->xLabelAxis()->setLabelsAngle(-30);
     chart_->xLabelAxis()->setTruncateLabels(false);
     work_ = std::make_unique<forms::ThreadWork>(
-        this, [this](const std::function<void()>& done) { report_.guard(done); });
+        this, [this](const std::function<void()>& done) { guard_(done); });
     model_ = std::make_unique<HistoryView>(st_, *chart_, work_.get());
     model_->onChanged([this] { refresh(); });
 
@@ -125,7 +125,7 @@ HistoryWindow::HistoryWindow(Station& st, ErrorReport& report, PrintWindow print
     connect(cmdSelectFile_, &QPushButton::clicked, this, &HistoryWindow::selectFileClicked);
     connect(list1_, &QListWidget::itemSelectionChanged, this, &HistoryWindow::listSelectionChanged);
     connect(optTime_, &QRadioButton::toggled, this,
-            [this](bool on) { report_.guard([&] { model_->chooseTimeAxis(on); }); });
+            [this](bool on) { guard_([&] { model_->chooseTimeAxis(on); }); });
     connect(cmdUp_, &QPushButton::clicked, this, &HistoryWindow::forwardClicked);
     connect(cmdDown_, &QPushButton::clicked, this, &HistoryWindow::backClicked);
     connect(cmdPrint_, &QPushButton::clicked, this, &HistoryWindow::printClicked);
@@ -138,7 +138,7 @@ HistoryWindow::~HistoryWindow() {
 }
 
 void HistoryWindow::selectFileClicked() {
-    report_.guard([&] { model_->selectFile(); });
+    guard_([&] { model_->selectFile(); });
     refresh();
 }
 
@@ -174,7 +174,7 @@ std::vector<int> HistoryWindow::selectedRows() const {
 void HistoryWindow::listSelectionChanged() {
     const std::vector<int> rows = selectedRows();
     bool accepted = true;
-    report_.guard([&] { accepted = model_->selectItems(rows); });
+    guard_([&] { accepted = model_->selectItems(rows); });
     if (!accepted) {
         // Four pens: the item beyond them is not selected.
         const QSignalBlocker quiet(list1_);
@@ -206,17 +206,17 @@ void HistoryWindow::showPens() {
 }
 
 void HistoryWindow::forwardClicked() {
-    report_.guard([&] { model_->forward(); });
+    guard_([&] { model_->forward(); });
     refresh();
 }
 
 void HistoryWindow::backClicked() {
-    report_.guard([&] { model_->back(); });
+    guard_([&] { model_->back(); });
     refresh();
 }
 
 void HistoryWindow::printClicked() {
-    if (print_) report_.guard([&] { print_(this); });
+    if (print_) guard_([&] { print_(this); });
 }
 
 void HistoryWindow::exitClicked() {
@@ -224,7 +224,7 @@ void HistoryWindow::exitClicked() {
 }
 
 void HistoryWindow::closeEvent(QCloseEvent* event) {
-    report_.guard([&] { model_->exit(); });
+    guard_([&] { model_->exit(); });
     event->accept();
 }
 

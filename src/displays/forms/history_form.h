@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "core/error_report.h"
+#include "core/forms/window_calls.h"
 #include "core/station.h"
 #include "displays/history_view.h"
 
@@ -55,6 +56,7 @@ class HistoryWindow : public QWidget {
 
     Station& st_;
     ErrorReport& report_;
+    forms::WindowCalls guard_{st_, report_, this};
     PrintWindow print_;
     ChartView* chart_;
     std::unique_ptr<forms::ThreadWork> work_;  // reads the file away from the scan's thread

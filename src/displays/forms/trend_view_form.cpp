@@ -148,7 +148,7 @@ ViewTrendWindow::ViewTrendWindow(Station& st, ErrorReport& report, QWidget* pare
     connect(txtLowY_, &QLineEdit::returnPressed, this, &ViewTrendWindow::redraw);
     connect(txtUpperY_, &QLineEdit::returnPressed, this, &ViewTrendWindow::redraw);
 
-    report_.guard([&] { form_ = OpenViewTrend(st_, *chart_); });
+    guard_([&] { form_ = OpenViewTrend(st_, *chart_); });
     chkAuto_->blockSignals(true);
     chkAuto_->setChecked(form_.ChkAuto);
     chkAuto_->blockSignals(false);
@@ -158,6 +158,10 @@ ViewTrendWindow::ViewTrendWindow(Station& st, ErrorReport& report, QWidget* pare
     timer1_.setInterval(kViewTrendRefreshMs);
     connect(&timer1_, &QTimer::timeout, this, &ViewTrendWindow::tick);
     timer1_.start();
+    // The pen labels follow the tag table at once.
+    changes_ = st_.changes.subscribe([this](TableChange change) {
+        if (change != TableChange::DaqType) redraw();
+    });
 }
 
 void ViewTrendWindow::readBoxes() {
@@ -178,25 +182,25 @@ void ViewTrendWindow::display() {
 
 void ViewTrendWindow::tick() {
     readBoxes();
-    report_.guard([&] { ViewTrendTick(st_, form_, *chart_); });
+    guard_([&] { ViewTrendTick(st_, form_, *chart_); });
     display();
 }
 
 void ViewTrendWindow::redraw() {
     readBoxes();
-    report_.guard([&] { DrawTrend(st_, form_, *chart_); });
+    guard_([&] { DrawTrend(st_, form_, *chart_); });
     display();
 }
 
 void ViewTrendWindow::previousClicked() {
     readBoxes();
-    report_.guard([&] { ViewTrendPrevious(st_, form_, *chart_); });
+    guard_([&] { ViewTrendPrevious(st_, form_, *chart_); });
     display();
 }
 
 void ViewTrendWindow::nextClicked() {
     readBoxes();
-    report_.guard([&] { ViewTrendNext(st_, form_, *chart_); });
+    guard_([&] { ViewTrendNext(st_, form_, *chart_); });
     display();
 }
 
