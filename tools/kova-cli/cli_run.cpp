@@ -15,8 +15,9 @@
 #include <CLI/CLI.hpp>
 
 #include "cli_output.h"
-#include "cli_run_options.h"
 #include "cli_run_mqtt.h"
+#include "cli_run_options.h"
+#include "cli_run_sparkplug.h"
 #include "cli_run_web.h"
 #include "commands.h"
 #include "core/configuration.h"
@@ -154,6 +155,8 @@ static int RunCommand(const RunOptions& o) {
                    static_cast<std::uint16_t>(st.daq.PrinterPortBase));
     }
 
+    if (const std::string why = SparkplugOptionsProblem(o); !why.empty())
+        return Fail("run: " + why);
     std::string mqttError;
     const std::unique_ptr<RunPublisher> publisher = StartRunPublisher(o, mqttError);
     if (!mqttError.empty()) return Fail("run: " + mqttError);
@@ -231,5 +234,6 @@ void kova::cli::AddRunCommand(CLI::App& app, CommandRun& run) {
     AddRunOptions(*cmd, *o);
     AddMqttOptions(*cmd, *o);
     AddWebOptions(*cmd, *o);
+    AddSparkplugOptions(*cmd, *o);
     cmd->callback([o, &run] { run = [o] { return RunCommand(*o); }; });
 }

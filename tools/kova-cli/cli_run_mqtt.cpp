@@ -72,20 +72,11 @@ class MqttPublisher final : public RunPublisher {
 
 }  // namespace
 
-std::unique_ptr<RunPublisher> StartRunPublisher(const RunOptions& o, std::string& error) {
-    error.clear();
-    if (!o.mqttBroker) {
-        if (MqttCompanionGiven(o)) error = "the --mqtt-... options need --mqtt HOST[:PORT]";
-        return nullptr;
-    }
 #ifdef KOVA_WITH_MQTT
-    mqtt::MqttOptions m;
-    if (!mqtt::ParseBrokerAddress(*o.mqttBroker, m.host, m.port, error)) return nullptr;
-    m.prefix = o.mqttPrefix ? *o.mqttPrefix : mqtt::DefaultTopicPrefix(o.file);
-    if (m.prefix.empty() || m.prefix.find_first_of("#+") != std::string::npos) {
-        error = "--mqtt-prefix must be a topic without # or +, not \"" + m.prefix + "\"";
-        return nullptr;
-    }
+bool MqttOptionsFrom(const RunOptions& o, const std::string& prefix, mqtt::MqttOptions& m,
+                     std::string& error) {
+    if (!mqtt::ParseBrokerAddress(*o.mqttBroker, m.host, m.port, error)) return false;
+    m.prefix = prefix;
     m.username = o.mqttUser;
     m.passwordFile = o.mqttPasswordFile;
     m.caFile = o.mqttCaFile;
@@ -94,14 +85,33 @@ std::unique_ptr<RunPublisher> StartRunPublisher(const RunOptions& o, std::string
         m.clientId = *o.mqttClientId;
         if (const std::string why = mqtt::ClientIdProblem(m.clientId); !why.empty()) {
             error = "--mqtt-client-id: " + why;
-            return nullptr;
+            return false;
         }
     } else {
         // Made once and kept, so the broker knows the station again after a restart.
-        const mqtt::ClientId id = mqtt::DefaultClientId(m.prefix, std::filesystem::current_path());
+        const mqtt::ClientId id = mqtt::DefaultClientId(prefix, std::filesystem::current_path());
         m.clientId = id.id;
         if (!id.note.empty()) std::cerr << "kova-cli: mqtt: " << id.note << std::endl;
     }
+    return true;
+}
+#endif
+
+std::unique_ptr<RunPublisher> StartRunPublisher(const RunOptions& o, std::string& error) {
+    error.clear();
+    if (!o.mqttBroker) {
+        if (MqttCompanionGiven(o)) error = "the --mqtt-... options need --mqtt HOST[:PORT]";
+        return nullptr;
+    }
+    if (o.sparkplug) return nullptr;  // the Sparkplug link has the broker
+#ifdef KOVA_WITH_MQTT
+    const std::string prefix = o.mqttPrefix ? *o.mqttPrefix : mqtt::DefaultTopicPrefix(o.file);
+    if (prefix.empty() || prefix.find_first_of("#+") != std::string::npos) {
+        error = "--mqtt-prefix must be a topic without # or +, not \"" + prefix + "\"";
+        return nullptr;
+    }
+    mqtt::MqttOptions m;
+    if (!MqttOptionsFrom(o, prefix, m, error)) return nullptr;
     auto link = mqtt::MqttLink::Start(m, error);
     if (!link) return nullptr;
     return std::make_unique<MqttPublisher>(std::move(link), m.prefix);

@@ -35,6 +35,9 @@ struct RunOptions {
     std::string mqttCaFile;
     bool mqttWrites = false;
     std::optional<std::string> mqttClientId;
+    // --sparkplug and --sparkplug-host: the station as a Sparkplug B edge node on that broker.
+    std::optional<std::string> sparkplug;  // GROUP/NODE
+    std::optional<std::string> sparkplugHost;
     // --http and its companions: the station's web page.
     std::optional<std::string> httpListen;  // [ADDR:]PORT
     std::string httpUsers;

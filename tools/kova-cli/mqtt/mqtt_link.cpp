@@ -14,6 +14,8 @@ constexpr int kKeepAliveSeconds = 30;
 constexpr int kQos = 1;
 // How long a clean stop waits for "offline" and the DISCONNECT to go out.
 constexpr auto kCleanStopWait = std::chrono::seconds(2);
+// How long a connection left on purpose waits before the next one.
+constexpr auto kReconnectWait = std::chrono::milliseconds(500);
 
 // libmosquitto wants one library-wide initialisation before the first client.
 void InitLibraryOnce() {
@@ -26,6 +28,10 @@ void InitLibraryOnce() {
 
 std::string StatusTopic(const MqttOptions& o) {
     return o.prefix + "/status";
+}
+
+bool PlainStatus(const MqttOptions& o) {
+    return !o.willForConnect;
 }
 
 }  // namespace
@@ -50,12 +56,15 @@ std::unique_ptr<MqttLink> MqttLink::Start(const MqttOptions& options, std::strin
     mosquitto_int_option(c, MOSQ_OPT_PROTOCOL_VERSION, MQTT_PROTOCOL_V5);
     // The network loop is this link's own thread; publishing from the scan only queues.
     mosquitto_threaded_set(c, true);
-    const std::string status = StatusTopic(options);
-    int rc = mosquitto_will_set(c, status.c_str(), 7, "offline", kQos, true);
-    if (rc != MOSQ_ERR_SUCCESS) {
-        error = std::string("MQTT: the last will cannot be set: ") + mosquitto_strerror(rc);
-        return nullptr;
+    if (PlainStatus(options)) {
+        link->will_ = {StatusTopic(options), "offline", true};
+        const int rc = link->setWill(link->will_);
+        if (rc != MOSQ_ERR_SUCCESS) {
+            error = std::string("MQTT: the last will cannot be set: ") + mosquitto_strerror(rc);
+            return nullptr;
+        }
     }
+    int rc = MOSQ_ERR_SUCCESS;
     if (!options.username.empty() || !options.passwordFile.empty()) {
         std::string password;
         if (!options.passwordFile.empty() &&
@@ -89,13 +98,7 @@ MqttLink::~MqttLink() {
     if (!client_) return;
     if (thread_.joinable()) {
         stopping_ = true;
-        if (connected_) {
-            // A clean stop says so itself (the broker sends the will only when a client
-            // vanishes); the message goes out before the disconnect.
-            const std::string status = StatusTopic(options_);
-            mosquitto_publish(client_, nullptr, status.c_str(), 7, "offline", kQos, true);
-            mosquitto_disconnect(client_);
-        }
+        if (connected_) leaveCleanly();
         {
             std::unique_lock lock(waitMutex_);
             wake_.notify_all();
@@ -115,6 +118,32 @@ MqttLink::~MqttLink() {
     mosquitto_destroy(client_);
 }
 
+void MqttLink::leaveCleanly() {
+    // A clean stop says so itself (the broker sends the will only when a client vanishes);
+    // the will's message goes out before the disconnect.
+    MqttOptions::Will will;
+    {
+        std::lock_guard lock(mutex_);
+        will = will_;
+    }
+    if (!will.topic.empty())
+        mosquitto_publish(client_, nullptr, will.topic.c_str(),
+                          static_cast<int>(will.payload.size()), will.payload.data(), kQos,
+                          will.retain);
+    mosquitto_disconnect(client_);
+}
+
+void MqttLink::reconnect() {
+    if (!connected_) return;
+    restart_ = true;
+    leaveCleanly();
+}
+
+int MqttLink::setWill(const MqttOptions::Will& will) {
+    return mosquitto_will_set(client_, will.topic.c_str(), static_cast<int>(will.payload.size()),
+                              will.payload.data(), kQos, will.retain);
+}
+
 bool MqttLink::pause(std::chrono::steady_clock::duration d) {
     std::unique_lock lock(waitMutex_);
     return !wake_.wait_for(lock, d, [this] { return stop_ || stopping_; });
@@ -126,6 +155,15 @@ void MqttLink::run() {
     bool first = true;
     while (!stop_ && !stopping_) {
         event_ = ConnectionEvent{};
+        if (options_.willForConnect) {
+            // Each connection has a will of its own (a new death certificate number).
+            MqttOptions::Will will = options_.willForConnect();
+            const int willRc = setWill(will);
+            if (willRc != MOSQ_ERR_SUCCESS)
+                note(std::string("the last will cannot be set: ") + mosquitto_strerror(willRc));
+            std::lock_guard lock(mutex_);
+            will_ = std::move(will);
+        }
         errno = 0;
         int rc = first ? mosquitto_connect_async(c, options_.host.c_str(), options_.port,
                                                  kKeepAliveSeconds)
@@ -144,6 +182,11 @@ void MqttLink::run() {
             connected_ = false;
         }
         if (stop_ || stopping_) break;
+        if (restart_.exchange(false)) {
+            // Left on purpose (reconnect()): no failure to tell, and back at once.
+            if (!pause(kReconnectWait)) break;
+            continue;
+        }
         event_.rc = rc;
         event_.err = err;
         const ConnectionTeller::Next next =
@@ -203,8 +246,12 @@ void MqttLink::connectCallback(mosquitto* c, void* self, int rc, int, const mqtt
         const std::string sets = link->options_.prefix + "/set/+";
         mosquitto_subscribe(c, nullptr, sets.c_str(), kQos);
     }
-    const std::string status = StatusTopic(link->options_);
-    mosquitto_publish(c, nullptr, status.c_str(), 6, "online", kQos, true);
+    for (const std::string& topic : link->options_.subscriptions)
+        mosquitto_subscribe(c, nullptr, topic.c_str(), kQos);
+    if (PlainStatus(link->options_)) {
+        const std::string status = StatusTopic(link->options_);
+        mosquitto_publish(c, nullptr, status.c_str(), 6, "online", kQos, true);
+    }
     ++link->connections_;
     link->connected_ = true;
     const std::string again = link->teller_.accepted(std::chrono::steady_clock::now());
@@ -229,13 +276,15 @@ void MqttLink::messageCallback(mosquitto*, void* self, const mosquitto_message* 
     // Nothing is copied beyond what a write can be: a topic of the prefix, "/set/" and a tag
     // name, a payload of a number.
     const char* topic = message->topic ? message->topic : "";
-    const std::size_t keep = link->options_.prefix.size() + 5 + kMaxTopicTail;
+    const std::size_t keep = link->options_.maxTopicBytes > 0
+                                 ? link->options_.maxTopicBytes
+                                 : link->options_.prefix.size() + 5 + kMaxTopicTail;
     const std::size_t length = std::strlen(topic);
     in.topicCut = length > keep;
     in.topic.assign(topic, in.topicCut ? keep : length);
     in.retained = message->retain;
     in.payloadBytes = message->payloadlen > 0 ? static_cast<std::size_t>(message->payloadlen) : 0;
-    in.payloadTooLong = in.payloadBytes > kMaxWritePayload;
+    in.payloadTooLong = in.payloadBytes > link->options_.maxPayloadBytes;
     if (!in.payloadTooLong && message->payload && in.payloadBytes > 0)
         in.payload.assign(static_cast<const char*>(message->payload), in.payloadBytes);
     std::lock_guard lock(link->mutex_);

@@ -28,7 +28,7 @@ namespace kova::mqtt {
 class MqttLink {
   public:
     // The longest write payload taken: no number a tag takes is longer. A longer one is
-    // refused before it is copied, however large.
+    // refused before it is copied, however large (MqttOptions::maxPayloadBytes by default).
     static constexpr std::size_t kMaxWritePayload = 64;
     // The longest tag name a write topic is kept with (a tag's record holds 128 bytes).
     static constexpr std::size_t kMaxTopicTail = 128;
@@ -38,7 +38,7 @@ class MqttLink {
     // A message that arrived on a subscribed topic.
     struct Incoming {
         std::string topic;    // cut after the prefix and kMaxTopicTail bytes
-        std::string payload;  // empty when the payload was too long
+        std::string payload;  // empty when the payload was too long (maxPayloadBytes)
         std::size_t payloadBytes = 0;
         bool payloadTooLong = false;
         bool topicCut = false;
@@ -59,6 +59,9 @@ class MqttLink {
     MqttLink(const MqttLink&) = delete;
     MqttLink& operator=(const MqttLink&) = delete;
 
+    // Ends the connection as a clean stop does (the will's message, then DISCONNECT) and
+    // connects again at once; nothing is told of it. Nothing happens while not connected.
+    void reconnect();
     // Queues a message (QoS 1). 0 when queued, else libmosquitto's reason (MOSQ_ERR_NO_CONN
     // while the broker is away: the retained values are sent again on the next connect).
     int publish(const std::string& topic, const std::string& payload, bool retain);
@@ -81,6 +84,8 @@ class MqttLink {
     explicit MqttLink(const MqttOptions& options);
     void run();
     void note(const std::string& line);
+    void leaveCleanly();
+    int setWill(const MqttOptions::Will& will);
     // Waits, or until the link is stopped; false when stopped.
     bool pause(std::chrono::steady_clock::duration d);
     static void connectCallback(mosquitto*, void* self, int rc, int flags, const mqtt5__property*);
@@ -95,6 +100,7 @@ class MqttLink {
     std::atomic<bool> stop_{false};
     std::atomic<bool> stopping_{false};  // the clean stop: "offline" and DISCONNECT go out
     std::atomic<bool> connected_{false};
+    std::atomic<bool> restart_{false};  // the connection is being left by reconnect()
     std::atomic<int> connections_{0};
     std::mutex waitMutex_;
     std::condition_variable wake_;
@@ -103,7 +109,8 @@ class MqttLink {
     ConnectionEvent event_;
     ConnectionTeller teller_;
 
-    std::mutex mutex_;  // guards incoming_, dropped_, notices_ and onConnect_
+    std::mutex mutex_;        // guards incoming_, dropped_, notices_, onConnect_ and will_
+    MqttOptions::Will will_;  // the current connection's
     std::vector<Incoming> incoming_;
     long long dropped_ = 0;
     std::vector<std::string> notices_;

@@ -1,6 +1,9 @@
 #pragma once
 // What `kova-cli run --mqtt` needs to reach a broker.
+#include <cstddef>
+#include <functional>
 #include <string>
+#include <vector>
 
 namespace kova::mqtt {
 
@@ -13,6 +16,23 @@ struct MqttOptions {
     std::string caFile;        // non-empty: TLS, the broker's certificate checked against it
     bool writes = false;       // accept <prefix>/set/<TAGNAME>
     std::string clientId;      // the ID given to the broker (see mqtt_client_id.h)
+
+    // A link that speaks another convention than <prefix>/status and <prefix>/set:
+    struct Will {
+        std::string topic;
+        std::string payload;
+        bool retain = true;
+    };
+    // Asked on the network thread before every connection attempt for that connection's
+    // last will, which the link also publishes itself before it leaves cleanly. Empty: the
+    // will is "<prefix>/status" = "offline" (retained), and "online" goes out on connecting.
+    std::function<Will()> willForConnect;
+    // Topics subscribed to (QoS 1) on every connect, besides <prefix>/set/+ with writes.
+    std::vector<std::string> subscriptions;
+    // Incoming payloads longer than this are not copied (the message still arrives, marked).
+    std::size_t maxPayloadBytes = 64;  // MqttLink::kMaxWritePayload
+    // Incoming topics are kept up to this many bytes; 0: <prefix>/set/ and a tag name.
+    std::size_t maxTopicBytes = 0;
 };
 
 // "HOST" or "HOST:PORT" (a bracketed IPv6 address keeps its colons: "[::1]:1884").

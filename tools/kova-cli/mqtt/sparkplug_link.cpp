@@ -1,0 +1,180 @@
+#include "mqtt/sparkplug_link.h"
+
+#include <mosquitto.h>
+
+#include <algorithm>
+#include <chrono>
+#include <future>
+
+#include "links/link_command.h"
+#include "links/sparkplug/edge_node.h"
+#include "links/sparkplug/host_state.h"
+#include "links/sparkplug/node_command.h"
+
+namespace kova::mqtt {
+
+namespace {
+
+// How long the thread waits for a new snapshot before it looks at the broker's messages.
+constexpr auto kIdleWait = std::chrono::milliseconds(50);
+
+std::uint64_t NowUtcMillis() {
+    using namespace std::chrono;
+    return static_cast<std::uint64_t>(
+        duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count());
+}
+
+}  // namespace
+
+SparkplugLink::SparkplugLink(const SparkplugOptions& options, links::SnapshotHub& hub,
+                             links::CommandInbox& inbox, LineOut lines, LineOut notices)
+    : options_(options),
+      hub_(hub),
+      inbox_(inbox),
+      lines_(std::move(lines)),
+      notices_(std::move(notices)) {}
+
+std::unique_ptr<SparkplugLink> SparkplugLink::Start(MqttOptions mqtt,
+                                                    const SparkplugOptions& options,
+                                                    links::SnapshotHub& hub,
+                                                    links::CommandInbox& inbox, LineOut lines,
+                                                    LineOut notices, std::string& error) {
+    std::unique_ptr<SparkplugLink> self(
+        new SparkplugLink(options, hub, inbox, std::move(lines), std::move(notices)));
+    SparkplugLink* node = self.get();
+    mqtt.writes = false;  // no <prefix>/set/+: commands come as NCMD
+    mqtt.willForConnect = [node] { return node->nextWill(); };
+    mqtt.subscriptions = {sparkplug::NodeTopic(options.name, sparkplug::NodeMessage::Command)};
+    if (!options.hostId.empty())
+        mqtt.subscriptions.push_back(sparkplug::HostStateTopic(options.hostId));
+    mqtt.maxPayloadBytes = sparkplug::kMaxCommandPayload;
+    // The longest topic taken is the longest of the two subscribed to.
+    mqtt.maxTopicBytes = 0;
+    for (const std::string& t : mqtt.subscriptions)
+        mqtt.maxTopicBytes = std::max(mqtt.maxTopicBytes, t.size());
+    self->link_ = MqttLink::Start(mqtt, error);
+    if (!self->link_) return nullptr;
+    self->thread_ = std::thread(&SparkplugLink::run, node);
+    return self;
+}
+
+SparkplugLink::~SparkplugLink() {
+    stop_ = true;
+    if (thread_.joinable()) thread_.join();
+    link_.reset();  // the NDEATH, then DISCONNECT
+}
+
+MqttOptions::Will SparkplugLink::nextWill() {
+    // bdSeq counts the connections, 0..255 and round again; the birth of the connection
+    // carries the same number, so a host can match a death with its birth.
+    const auto bdSeq = static_cast<std::uint8_t>(nextBdSeq_.fetch_add(1) & 0xFF);
+    bdSeq_ = bdSeq;
+    return {sparkplug::NodeTopic(options_.name, sparkplug::NodeMessage::Death),
+            sparkplug::DeathPayload(bdSeq, NowUtcMillis()), false};
+}
+
+void SparkplugLink::run() {
+    using sparkplug::NodeMessage;
+    const std::string birthTopic = sparkplug::NodeTopic(options_.name, NodeMessage::Birth);
+    const std::string dataTopic = sparkplug::NodeTopic(options_.name, NodeMessage::Data);
+    const std::string commandTopic = sparkplug::NodeTopic(options_.name, NodeMessage::Command);
+    const std::string stateTopic =
+        options_.hostId.empty() ? std::string() : sparkplug::HostStateTopic(options_.hostId);
+    sparkplug::EdgeNode node;
+    sparkplug::HostWatch host;
+    std::uint64_t looked = 0;  // the newest snapshot seen
+    std::uint64_t seen = 0;    // the newest snapshot sent
+    int connections = 0;
+    bool born = false;
+    bool rebirth = false;
+    bool retainedTold = false;
+    std::string stateProblemTold;
+    auto publish = [&](const std::string& topic, const std::string& payload) {
+        return link_->publish(topic, payload, false) == MOSQ_ERR_SUCCESS;
+    };
+
+    while (!stop_) {
+        const auto snapshot = hub_.waitNewer(looked, kIdleWait);
+        if (snapshot) looked = snapshot->sequence;
+        for (const std::string& line : link_->takeNotices()) notices_(line);
+
+        MqttLink::Taken taken = link_->takeIncoming();
+        if (taken.dropped > 0)
+            notices_(std::to_string(taken.dropped) + " commands were dropped: more than " +
+                     std::to_string(MqttLink::kMaxWritesWaiting) + " arrived at once");
+        for (const MqttLink::Incoming& in : taken.messages) {
+            if (!stateTopic.empty() && in.topic == stateTopic && !in.topicCut) {
+                std::string why;
+                const auto state =
+                    in.payloadTooLong ? std::nullopt : sparkplug::ParseHostState(in.payload, why);
+                if (!state) {
+                    if (in.payloadTooLong) why = "a STATE payload too large to read";
+                    if (why != stateProblemTold)
+                        notices_(stateTopic + ": ignored: " + links::PrintableText(why));
+                    stateProblemTold = why;
+                    continue;
+                }
+                if (!host.seen(*state)) continue;
+                if (host.online()) {
+                    notices_("the primary host " + options_.hostId + " is online: births follow");
+                } else {
+                    notices_("the primary host " + options_.hostId +
+                             " is offline: the node leaves the broker (NDEATH) and waits for it");
+                    if (born) link_->reconnect();
+                    born = false;
+                }
+                continue;
+            }
+            if (in.topic != commandTopic || in.topicCut) continue;
+            // A retained command would run again at every connect.
+            if (in.retained) {
+                if (!retainedTold)
+                    lines_(std::string(kCommandSource) +
+                           ": ignored: a retained command is never applied (further ones "
+                           "are ignored without a word)");
+                retainedTold = true;
+                continue;
+            }
+            sparkplug::NodeCommand c = sparkplug::ReadNodeCommand(in.payload, in.payloadBytes,
+                                                                  options_.writes, kCommandSource);
+            for (const std::string& line : c.refusals) lines_(line);
+            if (c.rebirth) {
+                rebirth = true;
+                lines_(std::string(kCommandSource) + ": " + sparkplug::kRebirthMetric +
+                       ": a new birth follows");
+            }
+            for (links::LinkCommand& w : c.writes) {
+                // The scan applies it and prints its line; a full inbox answers at once.
+                std::future<links::CommandResult> result = inbox_.submit(std::move(w));
+                if (result.wait_for(std::chrono::seconds(0)) == std::future_status::ready)
+                    lines_(result.get().line);
+            }
+        }
+
+        if (!link_->connected()) {
+            born = false;
+            continue;
+        }
+        if (link_->connections() != connections) {
+            connections = link_->connections();
+            born = false;
+            host.reconnected();
+        }
+        for (const std::string& line : node.takeNotices()) notices_(line);
+        const auto latest = hub_.latest();
+        if (!latest) continue;
+        if (!stateTopic.empty() && !host.online()) continue;
+        if (!born || rebirth || node.needsRebirth(*latest)) {
+            born = publish(birthTopic, node.birth(*latest, bdSeq_));
+            rebirth = false;
+            seen = latest->sequence;
+            continue;
+        }
+        if (latest->sequence <= seen) continue;
+        seen = latest->sequence;
+        const std::string data = node.data(*latest);
+        if (!data.empty()) publish(dataTopic, data);
+    }
+}
+
+}  // namespace kova::mqtt
