@@ -14,6 +14,8 @@ constexpr int kKeepAliveSeconds = 30;
 constexpr int kQos = 1;
 // How long a clean stop waits for "offline" and the DISCONNECT to go out.
 constexpr auto kCleanStopWait = std::chrono::seconds(2);
+// How long a clean stop waits for the broker to take the goodbye message.
+constexpr auto kGoodbyeWait = std::chrono::seconds(1);
 // How long a connection left on purpose waits before the next one.
 constexpr auto kReconnectWait = std::chrono::milliseconds(500);
 
@@ -89,6 +91,7 @@ std::unique_ptr<MqttLink> MqttLink::Start(const MqttOptions& options, std::strin
     mosquitto_connect_v5_callback_set(c, &MqttLink::connectCallback);
     mosquitto_disconnect_v5_callback_set(c, &MqttLink::disconnectCallback);
     mosquitto_message_callback_set(c, &MqttLink::messageCallback);
+    mosquitto_publish_callback_set(c, &MqttLink::publishCallback);
     mosquitto_log_callback_set(c, &MqttLink::logCallback);
     link->thread_ = std::thread(&MqttLink::run, link.get());
     return link;
@@ -126,10 +129,16 @@ void MqttLink::leaveCleanly() {
         std::lock_guard lock(mutex_);
         will = will_;
     }
-    if (!will.topic.empty())
-        mosquitto_publish(client_, nullptr, will.topic.c_str(),
-                          static_cast<int>(will.payload.size()), will.payload.data(), kQos,
-                          will.retain);
+    int mid = 0;
+    if (!will.topic.empty() &&
+        mosquitto_publish(client_, &mid, will.topic.c_str(), static_cast<int>(will.payload.size()),
+                          will.payload.data(), kQos, will.retain) == MOSQ_ERR_SUCCESS) {
+        // Disconnecting before the broker took it would leave it queued here, and the client
+        // would send it again on the next connection (a stale goodbye after a new hello).
+        const auto deadline = std::chrono::steady_clock::now() + kGoodbyeWait;
+        while (connected_ && ackedMid_ < mid && std::chrono::steady_clock::now() < deadline)
+            std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    }
     mosquitto_disconnect(client_);
 }
 
@@ -294,6 +303,12 @@ void MqttLink::messageCallback(mosquitto*, void* self, const mosquitto_message* 
         link->incoming_.push_back(std::move(in));
     else
         ++link->dropped_;
+}
+
+void MqttLink::publishCallback(mosquitto*, void* self, int mid) {
+    // Acknowledgements come in the order of the messages: the highest seen is enough to tell
+    // that the goodbye went through.
+    static_cast<MqttLink*>(self)->ackedMid_ = mid;
 }
 
 void MqttLink::logCallback(mosquitto*, void* self, int level, const char* text) {

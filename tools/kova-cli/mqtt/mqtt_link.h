@@ -91,6 +91,7 @@ class MqttLink {
     static void connectCallback(mosquitto*, void* self, int rc, int flags, const mqtt5__property*);
     static void disconnectCallback(mosquitto*, void* self, int rc, const mqtt5__property*);
     static void messageCallback(mosquitto*, void* self, const mosquitto_message* message);
+    static void publishCallback(mosquitto*, void* self, int mid);
     static void logCallback(mosquitto*, void* self, int level, const char* text);
 
     MqttOptions options_;
@@ -101,6 +102,7 @@ class MqttLink {
     std::atomic<bool> stopping_{false};  // the clean stop: "offline" and DISCONNECT go out
     std::atomic<bool> connected_{false};
     std::atomic<bool> restart_{false};  // the connection is being left by reconnect()
+    std::atomic<int> ackedMid_{0};      // the message the broker acknowledged last
     std::atomic<int> connections_{0};
     std::mutex waitMutex_;
     std::condition_variable wake_;
