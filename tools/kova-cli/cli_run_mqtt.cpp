@@ -6,8 +6,8 @@
 #ifdef KOVA_WITH_MQTT
 #include <filesystem>
 
-#include "mqtt/mqtt_client_id.h"
-#include "mqtt/mqtt_station.h"
+#include "links/mqtt/mqtt_client_id.h"
+#include "links/mqtt/mqtt_station.h"
 #endif
 
 namespace kova::cli {

@@ -7,7 +7,7 @@
 #include "cli_run_options.h"
 #include "core/station.h"
 #ifdef KOVA_WITH_MQTT
-#include "mqtt/mqtt_options.h"
+#include "links/mqtt/mqtt_options.h"
 #endif
 
 namespace kova::cli {

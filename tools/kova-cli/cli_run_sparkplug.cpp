@@ -5,8 +5,8 @@
 
 #ifdef KOVA_WITH_SPARKPLUG
 #include "cli_run_mqtt.h"
+#include "links/sparkplug/sparkplug_link.h"
 #include "links/sparkplug/sparkplug_names.h"
-#include "mqtt/sparkplug_link.h"
 #endif
 
 namespace kova::cli {
@@ -57,9 +57,9 @@ std::unique_ptr<RunningLink> StartSparkplugLink(const RunOptions& o, links::Snap
 #ifdef KOVA_WITH_SPARKPLUG
     class Running final : public RunningLink {
       public:
-        std::unique_ptr<mqtt::SparkplugLink> link;
+        std::unique_ptr<sparkplug::SparkplugLink> link;
     };
-    mqtt::SparkplugOptions s;
+    sparkplug::SparkplugOptions s;
     sparkplug::ParseNodeName(*o.sparkplug, s.name, error);
     s.hostId = o.sparkplugHost.value_or("");
     s.writes = o.mqttWrites;
@@ -69,7 +69,7 @@ std::unique_ptr<RunningLink> StartSparkplugLink(const RunOptions& o, links::Snap
             error))
         return nullptr;
     auto running = std::make_unique<Running>();
-    running->link = mqtt::SparkplugLink::Start(
+    running->link = sparkplug::SparkplugLink::Start(
         m, s, hub, inbox,
         [](const std::string& line) {
             std::printf("%s\n", line.c_str());

@@ -13,11 +13,11 @@
 #include <thread>
 
 #include "links/command_inbox.h"
+#include "links/mqtt/mqtt_link.h"
 #include "links/snapshot_hub.h"
 #include "links/sparkplug/sparkplug_names.h"
-#include "mqtt/mqtt_link.h"
 
-namespace kova::mqtt {
+namespace kova::sparkplug {
 
 struct SparkplugOptions {
     sparkplug::NodeName name;
@@ -30,7 +30,8 @@ class SparkplugLink {
     using LineOut = std::function<void(const std::string&)>;
     // `lines` takes the lines that name their source (a command's outcome); `notices` what
     // the user should hear of the connection. Both are called from the link's own thread.
-    static std::unique_ptr<SparkplugLink> Start(MqttOptions mqtt, const SparkplugOptions& options,
+    static std::unique_ptr<SparkplugLink> Start(mqtt::MqttOptions connection,
+                                                const SparkplugOptions& options,
                                                 links::SnapshotHub& hub, links::CommandInbox& inbox,
                                                 LineOut lines, LineOut notices, std::string& error);
     // Sends the NDEATH, disconnects and stops the thread.
@@ -44,7 +45,7 @@ class SparkplugLink {
   private:
     SparkplugLink(const SparkplugOptions& options, links::SnapshotHub& hub,
                   links::CommandInbox& inbox, LineOut lines, LineOut notices);
-    MqttOptions::Will nextWill();
+    mqtt::MqttOptions::Will nextWill();
     void run();
 
     SparkplugOptions options_;
@@ -54,9 +55,9 @@ class SparkplugLink {
     LineOut notices_;
     std::atomic<unsigned> nextBdSeq_{0};
     std::atomic<std::uint8_t> bdSeq_{0};  // of the connection made last
-    std::unique_ptr<MqttLink> link_;
+    std::unique_ptr<mqtt::MqttLink> link_;
     std::atomic<bool> stop_{false};
     std::thread thread_;
 };
 
-}  // namespace kova::mqtt
+}  // namespace kova::sparkplug

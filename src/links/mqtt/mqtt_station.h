@@ -12,7 +12,7 @@
 #include <string>
 
 #include "core/station.h"
-#include "mqtt/mqtt_link.h"
+#include "links/mqtt/mqtt_link.h"
 
 namespace kova::mqtt {
 

@@ -1,4 +1,4 @@
-#include "mqtt/mqtt_link.h"
+#include "links/mqtt/mqtt_link.h"
 
 #include <mosquitto.h>
 #include <mqtt_protocol.h>

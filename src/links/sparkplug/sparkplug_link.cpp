@@ -1,4 +1,4 @@
-#include "mqtt/sparkplug_link.h"
+#include "links/sparkplug/sparkplug_link.h"
 
 #include <mosquitto.h>
 
@@ -11,7 +11,7 @@
 #include "links/sparkplug/host_state.h"
 #include "links/sparkplug/node_command.h"
 
-namespace kova::mqtt {
+namespace kova::sparkplug {
 
 namespace {
 
@@ -34,7 +34,7 @@ SparkplugLink::SparkplugLink(const SparkplugOptions& options, links::SnapshotHub
       lines_(std::move(lines)),
       notices_(std::move(notices)) {}
 
-std::unique_ptr<SparkplugLink> SparkplugLink::Start(MqttOptions mqtt,
+std::unique_ptr<SparkplugLink> SparkplugLink::Start(mqtt::MqttOptions connection,
                                                     const SparkplugOptions& options,
                                                     links::SnapshotHub& hub,
                                                     links::CommandInbox& inbox, LineOut lines,
@@ -42,17 +42,18 @@ std::unique_ptr<SparkplugLink> SparkplugLink::Start(MqttOptions mqtt,
     std::unique_ptr<SparkplugLink> self(
         new SparkplugLink(options, hub, inbox, std::move(lines), std::move(notices)));
     SparkplugLink* node = self.get();
-    mqtt.writes = false;  // no <prefix>/set/+: commands come as NCMD
-    mqtt.willForConnect = [node] { return node->nextWill(); };
-    mqtt.subscriptions = {sparkplug::NodeTopic(options.name, sparkplug::NodeMessage::Command)};
+    connection.writes = false;  // no <prefix>/set/+: commands come as NCMD
+    connection.willForConnect = [node] { return node->nextWill(); };
+    connection.subscriptions = {
+        sparkplug::NodeTopic(options.name, sparkplug::NodeMessage::Command)};
     if (!options.hostId.empty())
-        mqtt.subscriptions.push_back(sparkplug::HostStateTopic(options.hostId));
-    mqtt.maxPayloadBytes = sparkplug::kMaxCommandPayload;
+        connection.subscriptions.push_back(sparkplug::HostStateTopic(options.hostId));
+    connection.maxPayloadBytes = sparkplug::kMaxCommandPayload;
     // The longest topic taken is the longest of the two subscribed to.
-    mqtt.maxTopicBytes = 0;
-    for (const std::string& t : mqtt.subscriptions)
-        mqtt.maxTopicBytes = std::max(mqtt.maxTopicBytes, t.size());
-    self->link_ = MqttLink::Start(mqtt, error);
+    connection.maxTopicBytes = 0;
+    for (const std::string& t : connection.subscriptions)
+        connection.maxTopicBytes = std::max(connection.maxTopicBytes, t.size());
+    self->link_ = mqtt::MqttLink::Start(connection, error);
     if (!self->link_) return nullptr;
     self->thread_ = std::thread(&SparkplugLink::run, node);
     return self;
@@ -64,7 +65,7 @@ SparkplugLink::~SparkplugLink() {
     link_.reset();  // the NDEATH, then DISCONNECT
 }
 
-MqttOptions::Will SparkplugLink::nextWill() {
+mqtt::MqttOptions::Will SparkplugLink::nextWill() {
     // bdSeq counts the connections, 0..255 and round again; the birth of the connection
     // carries the same number, so a host can match a death with its birth.
     const auto bdSeq = static_cast<std::uint8_t>(nextBdSeq_.fetch_add(1) & 0xFF);
@@ -98,11 +99,11 @@ void SparkplugLink::run() {
         if (snapshot) looked = snapshot->sequence;
         for (const std::string& line : link_->takeNotices()) notices_(line);
 
-        MqttLink::Taken taken = link_->takeIncoming();
+        mqtt::MqttLink::Taken taken = link_->takeIncoming();
         if (taken.dropped > 0)
             notices_(std::to_string(taken.dropped) + " commands were dropped: more than " +
-                     std::to_string(MqttLink::kMaxWritesWaiting) + " arrived at once");
-        for (const MqttLink::Incoming& in : taken.messages) {
+                     std::to_string(mqtt::MqttLink::kMaxWritesWaiting) + " arrived at once");
+        for (const mqtt::MqttLink::Incoming& in : taken.messages) {
             if (!stateTopic.empty() && in.topic == stateTopic && !in.topicCut) {
                 std::string why;
                 const auto state =
@@ -177,4 +178,4 @@ void SparkplugLink::run() {
     }
 }
 
-}  // namespace kova::mqtt
+}  // namespace kova::sparkplug

@@ -16,8 +16,8 @@
 #include <utility>
 #include <vector>
 
-#include "mqtt/mqtt_connection.h"
-#include "mqtt/mqtt_options.h"
+#include "links/mqtt/mqtt_connection.h"
+#include "links/mqtt/mqtt_options.h"
 
 struct mosquitto;
 struct mosquitto_message;

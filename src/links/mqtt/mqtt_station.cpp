@@ -1,4 +1,4 @@
-#include "mqtt/mqtt_station.h"
+#include "links/mqtt/mqtt_station.h"
 
 #include <mosquitto.h>
 
@@ -10,7 +10,7 @@
 #include "core/numeric.h"
 #include "daq/driver_dispatch.h"
 #include "displays/operator_writes.h"
-#include "mqtt/printable_text.h"
+#include "links/mqtt/printable_text.h"
 #include "tags/tag_name_index.h"
 
 namespace kova::mqtt {
