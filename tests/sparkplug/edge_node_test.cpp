@@ -1,5 +1,6 @@
 // The edge node's payloads, decoded as a host decodes them.
 #include "links/sparkplug/edge_node.h"
+#include "links/sparkplug/held_record.h"
 
 #include <gtest/gtest.h>
 
@@ -180,11 +181,22 @@ TEST(SparkplugBirth, ANameNoHostCanReadIsLeftOutAndToldOnce) {
     EXPECT_TRUE(n.node.takeNotices().empty());
 }
 
+TEST(SparkplugHistory, ARecordsBodyGivesItsNumbers) {
+    const auto v = HeldValuesOf(
+        R"({"ts":1,"time":"x","q":"good","values":{"LEVEL":12.5,"PUMP":1,"BAD":null}})");
+    ASSERT_EQ(v.size(), 2u);
+    EXPECT_EQ(v[0].tagName, "LEVEL");
+    EXPECT_EQ(v[0].value, 12.5f);
+    EXPECT_EQ(v[1].tagName, "PUMP");
+    EXPECT_TRUE(HeldValuesOf("not json").empty());
+    EXPECT_TRUE(HeldValuesOf(R"({"values":[1,2]})").empty());
+}
+
 TEST(SparkplugHistory, HeldValuesGoOutMarkedHistoricalWithTheirOwnTime) {
     NodeRig n;
     n.node.birth(*n.snap(), 0);
-    const Payload p = Decoded(n.node.history({{test::kLevel, 5.5f}, {test::kPump, 1}, {39, 2}},
-                                             1700000000123u));  // 39: unnamed
+    const Payload p = Decoded(n.node.history({{"LEVEL", 5.5f}, {"PUMP", 1}, {"NOSUCHTAG", 2}},
+                                             1700000000123u));  // not a metric: left out
     EXPECT_EQ(p.seq(), 1u);
     EXPECT_EQ(p.timestamp(), 1700000000123u);
     ASSERT_EQ(p.metrics_size(), 2);

@@ -155,7 +155,7 @@ std::string EdgeNode::history(const std::vector<HeldValue>& values, std::uint64_
     Payload p;
     for (const HeldValue& v : values)
         for (const MetricTag& t : metrics_) {
-            if (t.number != v.tagNumber) continue;
+            if (t.name != v.tagName) continue;
             Payload::Metric* m = p.add_metrics();
             m->set_name(t.name);
             m->set_timestamp(timestamp);

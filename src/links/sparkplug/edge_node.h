@@ -25,9 +25,10 @@ std::uint64_t UtcMillis(const LocalDateTime& t);
 // it as the connection's last will, the station itself before it leaves cleanly.
 std::string DeathPayload(std::uint8_t bdSeq, std::uint64_t timestamp);
 
-// A record held while the broker was away, sent after the next birth marked historical.
+// A value of a record held while the broker was away, sent after the next birth marked
+// historical.
 struct HeldValue {
-    int tagNumber = 0;
+    std::string tagName;
     float value = 0;
 };
 

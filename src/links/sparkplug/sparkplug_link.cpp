@@ -8,6 +8,7 @@
 
 #include "links/link_command.h"
 #include "links/sparkplug/edge_node.h"
+#include "links/sparkplug/held_record.h"
 #include "links/sparkplug/host_state.h"
 #include "links/sparkplug/node_command.h"
 
@@ -17,6 +18,9 @@ namespace {
 
 // How long the thread waits for a new snapshot before it looks at the broker's messages.
 constexpr auto kIdleWait = std::chrono::milliseconds(50);
+// Held records sent in one pass; the rest follow in the next ones, so commands and live data
+// are not held up by a long backlog.
+constexpr int kHistoryPerPass = 200;
 
 std::uint64_t NowUtcMillis() {
     using namespace std::chrono;
@@ -38,7 +42,8 @@ std::unique_ptr<SparkplugLink> SparkplugLink::Start(mqtt::MqttOptions connection
                                                     const SparkplugOptions& options,
                                                     links::SnapshotHub& hub,
                                                     links::CommandInbox& inbox, LineOut lines,
-                                                    LineOut notices, std::string& error) {
+                                                    LineOut notices, std::string& error,
+                                                    links::Outbox* outbox) {
     std::unique_ptr<SparkplugLink> self(
         new SparkplugLink(options, hub, inbox, std::move(lines), std::move(notices)));
     SparkplugLink* node = self.get();
@@ -53,6 +58,7 @@ std::unique_ptr<SparkplugLink> SparkplugLink::Start(mqtt::MqttOptions connection
     connection.maxTopicBytes = 0;
     for (const std::string& t : connection.subscriptions)
         connection.maxTopicBytes = std::max(connection.maxTopicBytes, t.size());
+    if (outbox) self->history_ = outbox->reader("sparkplug");
     self->link_ = mqtt::MqttLink::Start(connection, error);
     if (!self->link_) return nullptr;
     self->thread_ = std::thread(&SparkplugLink::run, node);
@@ -74,6 +80,23 @@ mqtt::MqttOptions::Will SparkplugLink::nextWill() {
             sparkplug::DeathPayload(bdSeq, NowUtcMillis()), false};
 }
 
+bool SparkplugLink::sendHistory(EdgeNode& node, const std::string& topic, std::uint64_t liveFrom) {
+    for (int i = 0; i < kHistoryPerPass; ++i) {
+        const std::optional<links::OutboxRecord> r = history_->next(std::chrono::milliseconds(0));
+        if (!r) return true;
+        if (r->sequence <= liveFrom) {
+            const std::string payload = node.history(
+                HeldValuesOf(r->body), r->timeMs > 0 ? static_cast<std::uint64_t>(r->timeMs) : 0);
+            if (!payload.empty() && link_->publish(topic, payload, false) != MOSQ_ERR_SUCCESS) {
+                history_->rewind();  // sent again after the next birth
+                return false;
+            }
+        }
+        history_->delivered(r->sequence);
+    }
+    return true;
+}
+
 void SparkplugLink::run() {
     using sparkplug::NodeMessage;
     const std::string birthTopic = sparkplug::NodeTopic(options_.name, NodeMessage::Birth);
@@ -87,6 +110,7 @@ void SparkplugLink::run() {
     std::uint64_t seen = 0;    // the newest snapshot sent
     int connections = 0;
     bool born = false;
+    std::uint64_t liveFrom = 0;  // held records up to this one were appended before the birth
     bool rebirth = false;
     bool retainedTold = false;
     std::string stateProblemTold;
@@ -122,7 +146,7 @@ void SparkplugLink::run() {
                     notices_("the primary host " + options_.hostId +
                              " is offline: the node leaves the broker (NDEATH) and waits for it");
                     if (born) link_->reconnect();
-                    born = false;
+                    born = born_ = false;
                 }
                 continue;
             }
@@ -153,12 +177,12 @@ void SparkplugLink::run() {
         }
 
         if (!link_->connected()) {
-            born = false;
+            born = born_ = false;
             continue;
         }
         if (link_->connections() != connections) {
             connections = link_->connections();
-            born = false;
+            born = born_ = false;
             host.reconnected();
         }
         for (const std::string& line : node.takeNotices()) notices_(line);
@@ -166,11 +190,14 @@ void SparkplugLink::run() {
         if (!latest) continue;
         if (!stateTopic.empty() && !host.online()) continue;
         if (!born || rebirth || node.needsRebirth(*latest)) {
+            if (!born && history_) liveFrom = history_->newest();
             born = publish(birthTopic, node.birth(*latest, bdSeq_));
+            born_ = born;
             rebirth = false;
             seen = latest->sequence;
             continue;
         }
+        if (history_ && !sendHistory(node, dataTopic, liveFrom)) continue;
         if (latest->sequence <= seen) continue;
         seen = latest->sequence;
         const std::string data = node.data(*latest);
