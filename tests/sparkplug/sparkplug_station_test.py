@@ -308,6 +308,32 @@ class SparkplugStation(unittest.TestCase):
             self.assertEqual(json.load(f)["LateTicks"], 0)
         self.assertIn("the primary host scada is online", st.errors())
 
+    def test_bad_options_are_one_line_errors_before_anything_starts(self):
+        broker = "127.0.0.1:%d" % self.broker.port
+        cases = [
+            (["--sparkplug", "Plant/N"], "--sparkplug needs the broker: --mqtt HOST[:PORT]"),
+            (["--mqtt", broker, "--sparkplug", "PlantOnly"],
+             '--sparkplug takes GROUP/NODE, not "PlantOnly"'),
+            (["--mqtt", broker, "--sparkplug", "Pl+nt/N"],
+             '--sparkplug: the group ID "Pl+nt" cannot be used: it holds a wildcard (+ or #)'),
+            (["--mqtt", broker, "--sparkplug", "Plant/"],
+             '--sparkplug: the node ID "" cannot be used: it is empty'),
+            (["--mqtt", broker, "--sparkplug", "Plant/a/b"],
+             '--sparkplug: the node ID "a/b" cannot be used: it holds a /'),
+            (["--mqtt", broker, "--sparkplug-host", "scada"],
+             "--sparkplug-host needs --sparkplug GROUP/NODE"),
+            (["--mqtt", broker, "--sparkplug", "Plant/N", "--sparkplug-host", "sc#da"],
+             '--sparkplug-host: the host ID "sc#da" cannot be used: it holds a wildcard (+ or #)'),
+            (["--mqtt", broker, "--sparkplug", "Plant/N", "--mqtt-prefix", "kova/x"],
+             "--mqtt-prefix does not go with --sparkplug: its topics are spBv1.0/GROUP/..."),
+        ]
+        for args, message in cases:
+            run = subprocess.run([KOVA_CLI, "run", self.calm, "--ticks", "1", "--port", "sim"] + args,
+                                 capture_output=True, text=True, cwd=WORK, timeout=30)
+            self.assertEqual(run.returncode, 2, args)
+            self.assertEqual(run.stderr, "kova-cli: run: %s\n" % message, args)
+        self.assertEqual(self.host.of("NBIRTH"), [])
+
 
 if __name__ == "__main__":
     unittest.main(argv=sys.argv[:1], verbosity=2)
