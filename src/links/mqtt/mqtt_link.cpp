@@ -136,7 +136,7 @@ void MqttLink::leaveCleanly() {
         // Disconnecting before the broker took it would leave it queued here, and the client
         // would send it again on the next connection (a stale goodbye after a new hello).
         const auto deadline = std::chrono::steady_clock::now() + kGoodbyeWait;
-        while (connected_ && ackedMid_ < mid && std::chrono::steady_clock::now() < deadline)
+        while (connected_ && ackedMid_ != mid && std::chrono::steady_clock::now() < deadline)
             std::this_thread::sleep_for(std::chrono::milliseconds(2));
     }
     mosquitto_disconnect(client_);
@@ -306,8 +306,8 @@ void MqttLink::messageCallback(mosquitto*, void* self, const mosquitto_message* 
 }
 
 void MqttLink::publishCallback(mosquitto*, void* self, int mid) {
-    // Acknowledgements come in the order of the messages: the highest seen is enough to tell
-    // that the goodbye went through.
+    // The goodbye is the last message before DISCONNECT: when it is the one acknowledged last,
+    // the broker has it.
     static_cast<MqttLink*>(self)->ackedMid_ = mid;
 }
 

@@ -123,6 +123,13 @@ void SparkplugLink::run() {
         if (snapshot) looked = snapshot->sequence;
         for (const std::string& line : link_->takeNotices()) notices_(line);
 
+        // A new connection is noticed before its messages are read: the host's retained state
+        // that arrives on it counts for it.
+        if (link_->connections() != connections) {
+            connections = link_->connections();
+            born = born_ = false;
+            host.reconnected();
+        }
         mqtt::MqttLink::Taken taken = link_->takeIncoming();
         if (taken.dropped > 0)
             notices_(std::to_string(taken.dropped) + " commands were dropped: more than " +
@@ -179,11 +186,6 @@ void SparkplugLink::run() {
         if (!link_->connected()) {
             born = born_ = false;
             continue;
-        }
-        if (link_->connections() != connections) {
-            connections = link_->connections();
-            born = born_ = false;
-            host.reconnected();
         }
         for (const std::string& line : node.takeNotices()) notices_(line);
         const auto latest = hub_.latest();
