@@ -70,6 +70,9 @@ TEST(SparkplugHistory, RecordsHeldDuringABrokerOutageFollowTheNewBirthMarkedHist
     for (int i = 1; i <= 3; ++i)
         outbox->append(1700000000000 + i,
                        R"({"ts":1,"q":"good","values":{"LEVEL":)" + std::to_string(i) + "}}");
+    // The station tries to connect while the broker is away: attempts that never got through
+    // use no bdSeq.
+    std::this_thread::sleep_for(std::chrono::milliseconds(1500));
     broker.start();
     Subscriber sub(broker.port(), "spBv1.0/G/#");
     ASSERT_TRUE(sub.waitFor(
@@ -84,6 +87,9 @@ TEST(SparkplugHistory, RecordsHeldDuringABrokerOutageFollowTheNewBirthMarkedHist
     ASSERT_GE(got.size(), 4u);
     EXPECT_EQ(got[0].topic, "spBv1.0/G/NBIRTH/N");
     EXPECT_EQ(got[0].payload.seq(), 0u);
+    ASSERT_GE(got[0].payload.metrics_size(), 1);
+    EXPECT_EQ(got[0].payload.metrics(0).name(), "bdSeq");
+    EXPECT_EQ(got[0].payload.metrics(0).long_value(), 1u);  // the second accepted connection
     for (int i = 1; i <= 3; ++i) {
         SCOPED_TRACE(i);
         ASSERT_TRUE(Historical(got[i]));

@@ -163,10 +163,11 @@ void MqttLink::run() {
     mosquitto* c = client_;
     bool first = true;
     while (!stop_ && !stopping_) {
+        const bool previousAccepted = event_.accepted;
         event_ = ConnectionEvent{};
         if (options_.willForConnect) {
             // Each connection has a will of its own (a new death certificate number).
-            MqttOptions::Will will = options_.willForConnect();
+            MqttOptions::Will will = options_.willForConnect(previousAccepted);
             const int willRc = setWill(will);
             if (willRc != MOSQ_ERR_SUCCESS)
                 note(std::string("the last will cannot be set: ") + mosquitto_strerror(willRc));

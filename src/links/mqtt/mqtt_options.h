@@ -24,9 +24,11 @@ struct MqttOptions {
         bool retain = true;
     };
     // Asked on the network thread before every connection attempt for that connection's
-    // last will, which the link also publishes itself before it leaves cleanly. Empty: the
-    // will is "<prefix>/status" = "offline" (retained), and "online" goes out on connecting.
-    std::function<Will()> willForConnect;
+    // last will, which the link also publishes itself before it leaves cleanly; told whether
+    // the broker accepted the connection made with the will given before (false the first
+    // time). Empty: the will is "<prefix>/status" = "offline" (retained), and "online" goes
+    // out on connecting.
+    std::function<Will(bool previousAccepted)> willForConnect;
     // Topics subscribed to (QoS 1) on every connect, besides <prefix>/set/+ with writes.
     std::vector<std::string> subscriptions;
     // Incoming payloads longer than this are not copied (the message still arrives, marked).

@@ -48,7 +48,9 @@ std::unique_ptr<SparkplugLink> SparkplugLink::Start(mqtt::MqttOptions connection
         new SparkplugLink(options, hub, inbox, std::move(lines), std::move(notices)));
     SparkplugLink* node = self.get();
     connection.writes = false;  // no <prefix>/set/+: commands come as NCMD
-    connection.willForConnect = [node] { return node->nextWill(); };
+    connection.willForConnect = [node](bool previousAccepted) {
+        return node->nextWill(previousAccepted);
+    };
     connection.subscriptions = {
         sparkplug::NodeTopic(options.name, sparkplug::NodeMessage::Command)};
     if (!options.hostId.empty())
@@ -71,11 +73,12 @@ SparkplugLink::~SparkplugLink() {
     link_.reset();  // the NDEATH, then DISCONNECT
 }
 
-mqtt::MqttOptions::Will SparkplugLink::nextWill() {
-    // bdSeq counts the connections, 0..255 and round again; the birth of the connection
-    // carries the same number, so a host can match a death with its birth.
-    const auto bdSeq = static_cast<std::uint8_t>(nextBdSeq_.fetch_add(1) & 0xFF);
-    bdSeq_ = bdSeq;
+mqtt::MqttOptions::Will SparkplugLink::nextWill(bool previousAccepted) {
+    // bdSeq counts the connections the broker accepted, 0..255 and round again; the birth of
+    // the connection carries the same number, so a host can match a death with its birth.
+    // An attempt that never got through (the broker down) used no number.
+    if (previousAccepted) bdSeq_ = static_cast<std::uint8_t>(bdSeq_ + 1);
+    const std::uint8_t bdSeq = bdSeq_;
     return {sparkplug::NodeTopic(options_.name, sparkplug::NodeMessage::Death),
             sparkplug::DeathPayload(bdSeq, NowUtcMillis()), false};
 }

@@ -54,7 +54,7 @@ class SparkplugLink {
   private:
     SparkplugLink(const SparkplugOptions& options, links::SnapshotHub& hub,
                   links::CommandInbox& inbox, LineOut lines, LineOut notices);
-    mqtt::MqttOptions::Will nextWill();
+    mqtt::MqttOptions::Will nextWill(bool previousAccepted);
     void run();
     // Sends held records that were appended before the birth (up to `liveFrom`) as
     // historical data; later ones were live when the data went out and are only marked
@@ -66,7 +66,6 @@ class SparkplugLink {
     links::CommandInbox& inbox_;
     LineOut lines_;
     LineOut notices_;
-    std::atomic<unsigned> nextBdSeq_{0};
     std::atomic<std::uint8_t> bdSeq_{0};              // of the connection made last
     std::unique_ptr<links::Outbox::Reader> history_;  // before link_: stops after it
     std::unique_ptr<mqtt::MqttLink> link_;
