@@ -6,6 +6,7 @@
 
 #include "cli_run_options.h"
 #include "core/station.h"
+#include "links/outbox/outbox.h"
 
 namespace kova::cli {
 
@@ -18,6 +19,8 @@ class RunPublisher {
 
 // nullptr with `error` empty when --mqtt was not given; nullptr with the reason when the
 // link cannot be set up (or this kova-cli was built without MQTT).
-std::unique_ptr<RunPublisher> StartRunPublisher(const RunOptions& o, std::string& error);
+// outbox: where the records wait for the broker (nullptr: no records are sent).
+std::unique_ptr<RunPublisher> StartRunPublisher(const RunOptions& o, links::Outbox* outbox,
+                                                std::string& error);
 
 }  // namespace kova::cli
