@@ -43,6 +43,12 @@ void AddMqttOptions(CLI::App& run, RunOptions& o) {
            "random part kept in KOVA_MQTT.ID in the working folder)")
         ->type_name("ID")
         ->group(group);
+    run.add_option("--mqtt-format", o.mqttFormat,
+                   "How a tag's value is published: plain (the number) or json "
+                   "({\"v\":12.5,\"ts\":<ms since 1970 UTC>,\"q\":\"good\"})")
+        ->type_name("plain|json")
+        ->check(CLI::IsMember({"plain", "json"}))
+        ->group(group);
     run.add_flag("--mqtt-writes", o.mqttWrites,
                  "Accept <prefix>/set/<TAGNAME> from the broker: sets an output or variable "
                  "as an operator write on a readings screen does")
@@ -53,19 +59,24 @@ namespace {
 
 bool MqttCompanionGiven(const RunOptions& o) {
     return o.mqttPrefix || !o.mqttUser.empty() || !o.mqttPasswordFile.empty() ||
-           !o.mqttCaFile.empty() || o.mqttWrites || o.mqttClientId;
+           !o.mqttCaFile.empty() || o.mqttWrites || o.mqttClientId || o.mqttFormat != "plain";
 }
 
 #ifdef KOVA_WITH_MQTT
 class MqttPublisher final : public RunPublisher {
   public:
-    MqttPublisher(std::unique_ptr<mqtt::MqttLink> link, const std::string& prefix)
-        : link_(std::move(link)), station_(*link_, prefix, std::cerr) {}
+    MqttPublisher(std::unique_ptr<mqtt::MqttLink> link, const std::string& prefix,
+                  mqtt::ValueFormat format, links::Outbox* outbox)
+        : link_(std::move(link)),
+          records_(outbox ? std::make_unique<mqtt::MqttRecordSender>(*link_, *outbox, prefix)
+                          : nullptr),
+          station_(*link_, prefix, std::cerr, format, records_.get()) {}
     void alarmLine(const std::string& line) override { station_.publishAlarm(line); }
     void afterTick(Station& st) override { station_.afterTick(st); }
 
   private:
     std::unique_ptr<mqtt::MqttLink> link_;
+    std::unique_ptr<mqtt::MqttRecordSender> records_;
     mqtt::MqttStation station_;
 };
 #endif
@@ -97,7 +108,8 @@ bool MqttOptionsFrom(const RunOptions& o, const std::string& prefix, mqtt::MqttO
 }
 #endif
 
-std::unique_ptr<RunPublisher> StartRunPublisher(const RunOptions& o, std::string& error) {
+std::unique_ptr<RunPublisher> StartRunPublisher(const RunOptions& o, links::Outbox* outbox,
+                                                std::string& error) {
     error.clear();
     if (!o.mqttBroker) {
         if (MqttCompanionGiven(o)) error = "the --mqtt-... options need --mqtt HOST[:PORT]";
@@ -114,8 +126,11 @@ std::unique_ptr<RunPublisher> StartRunPublisher(const RunOptions& o, std::string
     if (!MqttOptionsFrom(o, prefix, m, error)) return nullptr;
     auto link = mqtt::MqttLink::Start(m, error);
     if (!link) return nullptr;
-    return std::make_unique<MqttPublisher>(std::move(link), m.prefix);
+    return std::make_unique<MqttPublisher>(
+        std::move(link), m.prefix,
+        o.mqttFormat == "json" ? mqtt::ValueFormat::Json : mqtt::ValueFormat::Plain, outbox);
 #else
+    (void)outbox;
     error = "--mqtt: this kova-cli was built without MQTT (libmosquitto)";
     return nullptr;
 #endif

@@ -9,6 +9,7 @@
 #ifdef KOVA_WITH_MQTT
 #include "links/mqtt/mqtt_options.h"
 #endif
+#include "links/outbox/outbox.h"
 
 namespace kova::cli {
 
@@ -29,6 +30,8 @@ bool MqttOptionsFrom(const RunOptions& o, const std::string& prefix, mqtt::MqttO
 // nullptr with `error` empty when --mqtt was not given, or --sparkplug was (the station then
 // speaks Sparkplug B on the broker instead of its plain topics); nullptr with the reason when the
 // link cannot be set up (or this kova-cli was built without MQTT).
-std::unique_ptr<RunPublisher> StartRunPublisher(const RunOptions& o, std::string& error);
+// outbox: where the records wait for the broker (nullptr: no records are sent).
+std::unique_ptr<RunPublisher> StartRunPublisher(const RunOptions& o, links::Outbox* outbox,
+                                                std::string& error);
 
 }  // namespace kova::cli

@@ -36,6 +36,8 @@ std::string SparkplugOptionsProblem(const RunOptions& o) {
     if (o.mqttPrefix)
         return "--mqtt-prefix does not go with --sparkplug: its topics are "
                "spBv1.0/GROUP/...";
+    if (o.mqttFormat != "plain")
+        return "--mqtt-format does not go with --sparkplug: its payloads are Sparkplug B's";
 #ifdef KOVA_WITH_SPARKPLUG
     sparkplug::NodeName name;
     std::string error;
@@ -51,7 +53,8 @@ std::string SparkplugOptionsProblem(const RunOptions& o) {
 }
 
 std::unique_ptr<RunningLink> StartSparkplugLink(const RunOptions& o, links::SnapshotHub& hub,
-                                                links::CommandInbox& inbox, std::string& error) {
+                                                links::CommandInbox& inbox, links::Outbox* outbox,
+                                                std::string& error) {
     error = SparkplugOptionsProblem(o);
     if (!error.empty() || !o.sparkplug) return nullptr;
 #ifdef KOVA_WITH_SPARKPLUG
@@ -79,12 +82,13 @@ std::unique_ptr<RunningLink> StartSparkplugLink(const RunOptions& o, links::Snap
             std::fprintf(stderr, "kova-cli: sparkplug: %s\n", line.c_str());
             std::fflush(stderr);
         },
-        error);
+        error, outbox);
     if (!running->link) return nullptr;
     return running;
 #else
     (void)hub;
     (void)inbox;
+    (void)outbox;
     return nullptr;
 #endif
 }

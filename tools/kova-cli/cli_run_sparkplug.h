@@ -6,6 +6,7 @@
 
 #include "cli_run_options.h"
 #include "links/command_inbox.h"
+#include "links/outbox/outbox.h"
 #include "links/snapshot_hub.h"
 
 namespace kova::cli {
@@ -24,7 +25,9 @@ std::string SparkplugOptionsProblem(const RunOptions& o);
 
 // nullptr with `error` empty when --sparkplug was not given; nullptr with the reason when the
 // link cannot start (or this kova-cli was built without it).
+// outbox: the records held while the node was not born, sent after its next birth.
 std::unique_ptr<RunningLink> StartSparkplugLink(const RunOptions& o, links::SnapshotHub& hub,
-                                                links::CommandInbox& inbox, std::string& error);
+                                                links::CommandInbox& inbox, links::Outbox* outbox,
+                                                std::string& error);
 
 }  // namespace kova::cli

@@ -72,9 +72,9 @@ class StationLinks final : public RunLinks {
         inbox_.drain(st, [](const links::CommandResult& r) { printLine(r.line); });
         hub_.publish(builder_.build(st, lateTicks));
     }
-    bool start(const RunOptions& o, std::string& error) {
+    bool start(const RunOptions& o, links::Outbox* outbox, std::string& error) {
         if (o.sparkplug) {
-            sparkplug_ = StartSparkplugLink(o, hub_, inbox_, error);
+            sparkplug_ = StartSparkplugLink(o, hub_, inbox_, outbox, error);
             if (!sparkplug_) return false;
         }
         return !o.httpListen || startWeb(o, error);
@@ -113,7 +113,8 @@ class StationLinks final : public RunLinks {
 
 }  // namespace
 
-std::unique_ptr<RunLinks> StartRunLinks(const RunOptions& o, std::string& error) {
+std::unique_ptr<RunLinks> StartRunLinks(const RunOptions& o, links::Outbox* outbox,
+                                        std::string& error) {
     error.clear();
     if (!o.httpListen && (!o.httpUsers.empty() || !o.httpCert.empty() || !o.httpKey.empty())) {
         error = "the --http-... options need --http [ADDR:]PORT";
@@ -122,7 +123,7 @@ std::unique_ptr<RunLinks> StartRunLinks(const RunOptions& o, std::string& error)
     error = SparkplugOptionsProblem(o);
     if (!error.empty() || (!o.httpListen && !o.sparkplug)) return nullptr;
     auto links = std::make_unique<StationLinks>();
-    if (!links->start(o, error)) return nullptr;
+    if (!links->start(o, outbox, error)) return nullptr;
     return links;
 }
 

@@ -36,6 +36,19 @@ bool PlainStatus(const MqttOptions& o) {
     return !o.willForConnect;
 }
 
+// The first connect carries the session's expiry (MQTT 5 ends a session at once without
+// it); the library sends the same properties again on every reconnect.
+int connectFirst(mosquitto* c, const MqttOptions& o) {
+    mosquitto_property* props = nullptr;
+    if (o.persistentSession)
+        mosquitto_property_add_int32(&props, MQTT_PROP_SESSION_EXPIRY_INTERVAL,
+                                     MqttLink::kSessionExpirySeconds);
+    const int rc =
+        mosquitto_connect_bind_v5(c, o.host.c_str(), o.port, kKeepAliveSeconds, nullptr, props);
+    mosquitto_property_free_all(&props);
+    return rc;
+}
+
 }  // namespace
 
 MqttLink::MqttLink(const MqttOptions& options)
@@ -48,7 +61,9 @@ std::unique_ptr<MqttLink> MqttLink::Start(const MqttOptions& options, std::strin
         error = "MQTT: no client ID";
         return nullptr;
     }
-    link->client_ = mosquitto_new(options.clientId.c_str(), true, link.get());
+    // A persistent session: the broker keeps the subscription and the QoS 1 messages for the
+    // station across the station's restarts and the broker's own (with its persistence on).
+    link->client_ = mosquitto_new(options.clientId.c_str(), !options.persistentSession, link.get());
     if (!link->client_) {
         error = "MQTT: cannot create a client with the ID \"" + options.clientId + "\"";
         return nullptr;
@@ -91,7 +106,7 @@ std::unique_ptr<MqttLink> MqttLink::Start(const MqttOptions& options, std::strin
     mosquitto_connect_v5_callback_set(c, &MqttLink::connectCallback);
     mosquitto_disconnect_v5_callback_set(c, &MqttLink::disconnectCallback);
     mosquitto_message_callback_set(c, &MqttLink::messageCallback);
-    mosquitto_publish_callback_set(c, &MqttLink::publishCallback);
+    mosquitto_publish_v5_callback_set(c, &MqttLink::publishCallback);
     mosquitto_log_callback_set(c, &MqttLink::logCallback);
     link->thread_ = std::thread(&MqttLink::run, link.get());
     return link;
@@ -175,9 +190,7 @@ void MqttLink::run() {
             will_ = std::move(will);
         }
         errno = 0;
-        int rc = first ? mosquitto_connect_async(c, options_.host.c_str(), options_.port,
-                                                 kKeepAliveSeconds)
-                       : mosquitto_reconnect_async(c);
+        int rc = first ? connectFirst(c, options_) : mosquitto_reconnect_async(c);
         int err = errno;
         first = false;
         if (rc == MOSQ_ERR_SUCCESS) {
@@ -216,6 +229,25 @@ void MqttLink::note(const std::string& line) {
 int MqttLink::publish(const std::string& topic, const std::string& payload, bool retain) {
     return mosquitto_publish(client_, nullptr, topic.c_str(), static_cast<int>(payload.size()),
                              payload.data(), kQos, retain);
+}
+
+int MqttLink::publishTracked(const std::string& topic, const std::string& payload, int& mid) {
+    return mosquitto_publish(client_, &mid, topic.c_str(), static_cast<int>(payload.size()),
+                             payload.data(), kQos, false);
+}
+
+void MqttLink::onPublished(std::function<void(int)> callback) {
+    std::lock_guard lock(publishedMutex_);
+    onPublished_ = std::move(callback);
+}
+
+void MqttLink::publishCallback(mosquitto*, void* self, int mid, int, const mqtt5__property*) {
+    auto* link = static_cast<MqttLink*>(self);
+    // The goodbye is the last message before DISCONNECT: when it is the one acknowledged last,
+    // the broker has it.
+    link->ackedMid_ = mid;
+    std::lock_guard lock(link->publishedMutex_);
+    if (link->onPublished_) link->onPublished_(mid);
 }
 
 void MqttLink::onConnect(std::function<void()> callback) {
@@ -304,12 +336,6 @@ void MqttLink::messageCallback(mosquitto*, void* self, const mosquitto_message* 
         link->incoming_.push_back(std::move(in));
     else
         ++link->dropped_;
-}
-
-void MqttLink::publishCallback(mosquitto*, void* self, int mid) {
-    // The goodbye is the last message before DISCONNECT: when it is the one acknowledged last,
-    // the broker has it.
-    static_cast<MqttLink*>(self)->ackedMid_ = mid;
 }
 
 void MqttLink::logCallback(mosquitto*, void* self, int level, const char* text) {

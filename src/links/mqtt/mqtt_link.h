@@ -8,6 +8,7 @@
 #include <atomic>
 #include <condition_variable>
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -34,6 +35,9 @@ class MqttLink {
     static constexpr std::size_t kMaxTopicTail = 128;
     // Writes kept between two ticks; more are dropped and counted.
     static constexpr std::size_t kMaxWritesWaiting = 10000;
+    // How long the broker keeps the station's session (its subscription and the writes sent
+    // to it) while the station is away: a day.
+    static constexpr std::uint32_t kSessionExpirySeconds = 24 * 3600;
 
     // A message that arrived on a subscribed topic.
     struct Incoming {
@@ -49,7 +53,8 @@ class MqttLink {
         long long dropped = 0;           // writes dropped since the last take (over the cap)
     };
 
-    // Sets up the client (the client ID of the options, last will "<prefix>/status" =
+    // Sets up the client (the client ID of the options, a persistent session the broker keeps
+    // for kSessionExpirySeconds while the station is away, last will "<prefix>/status" =
     // "offline", retained) and starts connecting in the background; nullptr and the reason
     // when the options cannot work (TLS file unreadable, ...). A broker that is down is not
     // an error: the link keeps trying and tells why.
@@ -65,6 +70,11 @@ class MqttLink {
     // Queues a message (QoS 1). 0 when queued, else libmosquitto's reason (MOSQ_ERR_NO_CONN
     // while the broker is away: the retained values are sent again on the next connect).
     int publish(const std::string& topic, const std::string& payload, bool retain);
+    // The same, not retained, with the message's id in `mid` for onPublished.
+    int publishTracked(const std::string& topic, const std::string& payload, int& mid);
+    // Runs on the network thread when the broker acknowledged a QoS 1 message (its id). Must
+    // be short and must not call back into the link.
+    void onPublished(std::function<void(int)> callback);
     // Runs on the network thread after every (re)connect, after "online" is published. It
     // must be short and must not call back into the link. Replacing it (an empty function
     // included) waits until a running call has finished.
@@ -90,8 +100,9 @@ class MqttLink {
     bool pause(std::chrono::steady_clock::duration d);
     static void connectCallback(mosquitto*, void* self, int rc, int flags, const mqtt5__property*);
     static void disconnectCallback(mosquitto*, void* self, int rc, const mqtt5__property*);
+    static void publishCallback(mosquitto*, void* self, int mid, int reason,
+                                const mqtt5__property*);
     static void messageCallback(mosquitto*, void* self, const mosquitto_message* message);
-    static void publishCallback(mosquitto*, void* self, int mid);
     static void logCallback(mosquitto*, void* self, int level, const char* text);
 
     MqttOptions options_;
@@ -117,6 +128,8 @@ class MqttLink {
     long long dropped_ = 0;
     std::vector<std::string> notices_;
     std::function<void()> onConnect_;
+    std::mutex publishedMutex_;  // guards onPublished_
+    std::function<void(int)> onPublished_;
 };
 
 }  // namespace kova::mqtt

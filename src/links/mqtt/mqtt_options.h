@@ -29,6 +29,9 @@ struct MqttOptions {
     // time). Empty: the will is "<prefix>/status" = "offline" (retained), and "online" goes
     // out on connecting.
     std::function<Will(bool previousAccepted)> willForConnect;
+    // The broker keeps the session (subscriptions, messages for it) while the station is
+    // away; false: every connection starts clean (Sparkplug wants it so).
+    bool persistentSession = true;
     // Topics subscribed to (QoS 1) on every connect, besides <prefix>/set/+ with writes.
     std::vector<std::string> subscriptions;
     // Incoming payloads longer than this are not copied (the message still arrives, marked).

@@ -11,6 +11,9 @@
 #include "daq/driver_dispatch.h"
 #include "displays/operator_writes.h"
 #include "links/mqtt/printable_text.h"
+#include "links/records/record_maker.h"
+#include "links/records/scan_quality.h"
+#include "links/records/utc_time.h"
 #include "tags/tag_name_index.h"
 
 namespace kova::mqtt {
@@ -43,13 +46,15 @@ std::string TopicLevelProblem(const std::string& name) {
     return {};
 }
 
-MqttStation::MqttStation(MqttLink& link, std::string prefix, std::ostream& errors)
-    : link_(link), prefix_(std::move(prefix)), errors_(errors) {
+MqttStation::MqttStation(MqttLink& link, std::string prefix, std::ostream& errors,
+                         ValueFormat format, MqttRecordSender* records)
+    : link_(link), prefix_(std::move(prefix)), errors_(errors), format_(format), records_(records) {
     // Every connect (the first and each after the broker came back) sends every value again,
     // so a broker that lost its retained messages gets them back.
     link_.onConnect([this] {
         republish_ = true;
         alarmsWhileAway_ = 0;
+        if (records_) records_->connected();
     });
 }
 
@@ -89,11 +94,16 @@ void MqttStation::publishAlarm(const std::string& line) {
 void MqttStation::publishTags(const Station& st) {
     // While the broker is away nothing is queued (a week-long outage must not fill memory):
     // the next connect sends every value as it is then.
-    if (!link_.connected()) {
+    // The records that waited while the broker was away go first: history before the present.
+    if (!link_.connected() || (records_ && records_->catchingUp())) {
         republish_ = true;
         return;
     }
     const bool all = republish_.exchange(false);
+    const bool json = format_ == ValueFormat::Json;
+    const links::ScanQuality quality = json ? links::QualityOfScan(st) : links::ScanQuality{};
+    const std::string ts =
+        json ? std::to_string(links::LocalToUtcMs(st.platform.clock->now())) : std::string();
     for (int n = 1; n <= kTableTags; ++n) {
         const Tag& tag = st.tags[n];
         if (tag.TagName.empty()) continue;
@@ -107,10 +117,17 @@ void MqttStation::publishTags(const Station& st) {
             }
             continue;
         }
-        // The number text of the log, without its blanks.
-        std::string text = plainNumberText(tag.Value);
+        // The number text of the log, without its blanks. In JSON with the reading's quality,
+        // published when either changed, with the time of the scan that changed it.
+        std::string text = json ? links::JsonNumber(tag.Value) : plainNumberText(tag.Value);
+        const bool good = quality.good || !links::TagIsReading(st, n);
+        if (json) text += good ? " good" : " bad";
         if (!all && text == lastText_[n] && tag.TagName == lastName_[n]) continue;
-        const int rc = link_.publish(tagTopic(tag.TagName), text, true);
+        const std::string payload = json ? "{\"v\":" + links::JsonNumber(tag.Value) +
+                                               ",\"ts\":" + ts + ",\"q\":\"" +
+                                               (good ? "good" : "bad") + "\"}"
+                                         : text;
+        const int rc = link_.publish(tagTopic(tag.TagName), payload, true);
         if (rc == MOSQ_ERR_SUCCESS) {
             lastText_[n] = std::move(text);
             lastName_[n] = tag.TagName;

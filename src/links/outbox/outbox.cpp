@@ -35,6 +35,12 @@ std::string MiB(std::uint64_t bytes) {
     return std::to_string((bytes + (1u << 19)) >> 20) + " MB";
 }
 
+std::string AgeText(std::chrono::seconds age) {
+    if (age.count() > 0 && age.count() % 3600 == 0)
+        return std::to_string(age.count() / 3600) + " hours";
+    return std::to_string(age.count()) + " s";
+}
+
 }  // namespace
 
 Outbox::Outbox(fs::path folder, OutboxLimits limits)
@@ -194,8 +200,8 @@ void Outbox::enforceBounds(std::int64_t nowMs) {
     }
     if (n > 0)
         dropFront(n, tooBig ? "it holds " + MiB(limits_.maxBytes) + ", --outbox-max-mb"
-                            : "records older than " + std::to_string(limits_.maxAge.count()) +
-                                  " s, --outbox-max-age");
+                            : "records older than " + AgeText(limits_.maxAge) +
+                                  ", --outbox-max-age");
 }
 
 std::uint64_t Outbox::lowestDelivered() const {

@@ -47,7 +47,8 @@ std::unique_ptr<SparkplugLink> SparkplugLink::Start(mqtt::MqttOptions connection
     std::unique_ptr<SparkplugLink> self(
         new SparkplugLink(options, hub, inbox, std::move(lines), std::move(notices)));
     SparkplugLink* node = self.get();
-    connection.writes = false;  // no <prefix>/set/+: commands come as NCMD
+    connection.writes = false;             // no <prefix>/set/+: commands come as NCMD
+    connection.persistentSession = false;  // every edge node session starts clean
     connection.willForConnect = [node](bool previousAccepted) {
         return node->nextWill(previousAccepted);
     };
