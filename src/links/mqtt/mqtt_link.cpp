@@ -30,7 +30,12 @@ std::string StatusTopic(const MqttOptions& o) {
 
 // The first connect carries the session's expiry (MQTT 5 ends a session at once without
 // it); the library sends the same properties again on every reconnect.
-int connectFirst(mosquitto* c, const MqttOptions& o) {
+int connectFirst(mosquitto* c, const MqttOptions& o, bool mqtt311) {
+    // MQTT 3.1.1 keeps a session without being told for how long, and takes no properties
+    // (this also clears those of the MQTT 5 connect before).
+    if (mqtt311)
+        return mosquitto_connect_bind_v5(c, o.host.c_str(), o.port, kKeepAliveSeconds, nullptr,
+                                         nullptr);
     mosquitto_property* props = nullptr;
     mosquitto_property_add_int32(&props, MQTT_PROP_SESSION_EXPIRY_INTERVAL,
                                  MqttLink::kSessionExpirySeconds);
@@ -109,7 +114,13 @@ MqttLink::~MqttLink() {
             // vanishes); the message goes out before the disconnect.
             const std::string status = StatusTopic(options_);
             mosquitto_publish(client_, nullptr, status.c_str(), 7, "offline", kQos, true);
-            mosquitto_disconnect(client_);
+            // A station stopped on purpose ends its session: writes sent while it is stopped
+            // must not be applied when it starts again.
+            mosquitto_property* props = nullptr;
+            if (!teller_.useMqtt311())
+                mosquitto_property_add_int32(&props, MQTT_PROP_SESSION_EXPIRY_INTERVAL, 0);
+            mosquitto_disconnect_v5(client_, 0, props);
+            mosquitto_property_free_all(&props);
         }
         {
             std::unique_lock lock(waitMutex_);
@@ -139,10 +150,12 @@ void MqttLink::run() {
     networkThread_ = std::this_thread::get_id();
     mosquitto* c = client_;
     bool first = true;
+    bool spoke311 = false;
     while (!stop_ && !stopping_) {
         event_ = ConnectionEvent{};
         errno = 0;
-        int rc = first ? connectFirst(c, options_) : mosquitto_reconnect_async(c);
+        int rc =
+            first ? connectFirst(c, options_, teller_.useMqtt311()) : mosquitto_reconnect_async(c);
         int err = errno;
         first = false;
         if (rc == MOSQ_ERR_SUCCESS) {
@@ -162,8 +175,12 @@ void MqttLink::run() {
         const ConnectionTeller::Next next =
             teller_.failed(event_, std::chrono::steady_clock::now());
         if (!next.tell.empty()) note(next.tell);
-        if (teller_.useMqtt311())
+        if (teller_.useMqtt311() && !spoke311) {
+            // A new first connect: MQTT 3.1.1 carries no properties.
             mosquitto_int_option(c, MOSQ_OPT_PROTOCOL_VERSION, MQTT_PROTOCOL_V311);
+            spoke311 = true;
+            first = true;
+        }
         if (!pause(next.wait)) break;
     }
 }
