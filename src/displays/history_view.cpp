@@ -95,19 +95,22 @@ bool HistoryView::selectItems(const std::vector<int>& selected) {
     blockStart_ = 1;
     previousBlockStart_ = 1;
     // An empty file keeps the chart as it was, like the end of any file.
-    if (ReadBlock(file_, layout_, block_) == 0)
-        st_.platform.prompter->message(kNoMorePointsToPlot, kAppTitle);
-    else
-        plot();
+    readAndPlot();
     return true;
 }
 
 void HistoryView::forward() {
     if (!file_.isOpen()) return;  // nothing selected yet
-    if (ReadBlock(file_, layout_, block_) == 0) {
+    readAndPlot();
+}
+
+void HistoryView::readAndPlot() {
+    const int rows = ReadBlock(file_, layout_, block_);
+    if (rows == 0) {
         st_.platform.prompter->message(kNoMorePointsToPlot, kAppTitle);
         return;
     }
+    rowsRead_ = rows;
     plot();
 }
 
@@ -117,12 +120,11 @@ void HistoryView::back() {
     previousBlockStart_ = blockStart_;
     blockStart_ = sub16(blockStart_, static_cast<std::int16_t>(kHistoryBlockRows));
     // The offsets of the blocks already passed take the reader straight there.
-    const bool there = file_.seekRow(std::max<std::int64_t>(blockStart_, 1));
-    if (!there || ReadBlock(file_, layout_, block_) == 0) {
+    if (!file_.seekRow(std::max<std::int64_t>(blockStart_, 1))) {
         st_.platform.prompter->message(kNoMorePointsToPlot, kAppTitle);
         return;
     }
-    plot();
+    readAndPlot();
 }
 
 void HistoryView::chooseTimeAxis(bool time) {
@@ -134,13 +136,21 @@ void HistoryView::exit() {
     file_.close();
 }
 
+std::span<const float> HistoryView::drawnRows(int pen) const {
+    // A pen with no column has nothing to draw; the padding after the file's last row is not
+    // data either.
+    if (layout_.pens[pen] <= 0) return {};
+    return std::span<const float>(block_.values[pen]).first(static_cast<std::size_t>(rowsRead_));
+}
+
 void HistoryView::plot() {
+    chart_.setXSpan((kHistoryBlockRows - 1) * kHistoryXIncrement);
     if (chart_.curveCount() == 0) {
         for (int p = 0; p < kHistoryPens; ++p)
-            chart_.addCurve(curveName(p), block_.values[p], kHistoryXIncrement);
+            chart_.addCurve(curveName(p), drawnRows(p), kHistoryXIncrement);
     } else {
         for (int p = 0; p < kHistoryPens; ++p)
-            chart_.replaceCurve(p, block_.values[p], kHistoryXIncrement);
+            chart_.replaceCurve(p, drawnRows(p), kHistoryXIncrement);
     }
     for (int p = 0; p < kHistoryPens; ++p)
         chart_.setCurveLegend(p, penLabels_[p].empty() ? curveName(p) : penLabels_[p]);

@@ -3,6 +3,7 @@
 // four pens, the block of 200 rows on the chart and the steps through the file.
 #include <array>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -71,6 +72,9 @@ class HistoryView {
     const HistoryColumns& columns() const { return columns_; }
     const PenColumns& penColumns() const { return layout_.pens; }
     const HistoryBlock& block() const { return block_; }
+    // The rows of the block that came from the file (the rest are padding): the chart draws
+    // only these.
+    int rowsRead() const { return rowsRead_; }
     std::int16_t blockStart() const { return blockStart_; }
     std::int16_t previousBlockStart() const { return previousBlockStart_; }
     bool fileOpen() const { return file_.isOpen(); }
@@ -83,6 +87,8 @@ class HistoryView {
   private:
     bool isFileBeingLogged(const std::string& name) const;
     void openForReading(const std::string& name);
+    void readAndPlot();
+    std::span<const float> drawnRows(int pen) const;
     void plot();
     void labelXAxis();
 
@@ -94,6 +100,7 @@ class HistoryView {
     BlockLayout layout_;
     std::array<std::string, kHistoryPens> penLabels_;
     HistoryBlock block_;
+    int rowsRead_ = 0;
     bool plotted_ = false;
     bool timeAxis_ = false;
     std::int16_t blockStart_ = 0;

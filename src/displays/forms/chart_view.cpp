@@ -44,6 +44,9 @@ void setRoundRange(QValueAxis* axis, double low, double high, int parts) {
 }
 
 constexpr int kXParts = 8;
+// No time or period text comes near this; a longer field (a file that is not a log) is cut
+// so that one label cannot cover the chart.
+constexpr int kLongestXLabel = 40;
 constexpr int kYParts = 6;
 
 }  // namespace
@@ -105,6 +108,8 @@ void ChartView::addCurve(const std::string& name, std::span<const float> y, doub
     s->attachAxis(xAxis_);
     s->attachAxis(yAxis_);
     curves_.push_back(s);
+    inLegend_.push_back(-1);
+    showInLegend(curveCount() - 1);
     fitX();
 }
 
@@ -112,23 +117,40 @@ void ChartView::replaceCurve(int index, std::span<const float> y, double xIncrem
     QLineSeries* s = series(index);
     if (!s) return;
     setPoints(s, y, xIncrement);
+    showInLegend(index);
     fitX();
 }
 
 void ChartView::setCurveLegend(int index, const std::string& text) {
     QLineSeries* s = series(index);
     if (!s) return;
-    const QString name = QString::fromStdString(text);
-    s->setName(name);
-    // A pen with no tag keeps its curve but no empty entry in the legend.
-    const bool blank = name.trimmed().isEmpty();
-    for (QLegendMarker* m : chart()->legend()->markers(s)) m->setVisible(!blank);
+    s->setName(QString::fromStdString(text));
+    showInLegend(index);
+}
+
+// The legend names only what is drawn: a pen with no tag or column, or no points yet, has
+// no entry (an empty one would name a line that is not there).
+void ChartView::showInLegend(int index) {
+    QLineSeries* s = curves_[static_cast<std::size_t>(index)];
+    const bool shown = s->count() > 0 && !s->name().trimmed().isEmpty();
+    // Only a change touches the legend (a marker reads as hidden until the window shows, so
+    // the record is kept here); each touch lays the chart out again.
+    auto& known = inLegend_[static_cast<std::size_t>(index)];
+    if (known == (shown ? 1 : 0)) return;
+    known = shown ? 1 : 0;
+    for (QLegendMarker* m : chart()->legend()->markers(s)) m->setVisible(shown);
+}
+
+void ChartView::setXSpan(double last) {
+    xSpan_ = std::isfinite(last) && last > 0 ? last : 0;
+    fitX();
 }
 
 void ChartView::fitX() {
-    double last = 0;
-    for (QLineSeries* s : curves_)
-        if (s->count() > 0) last = std::max(last, s->at(s->count() - 1).x());
+    double last = xSpan_;
+    if (last <= 0)
+        for (QLineSeries* s : curves_)
+            if (s->count() > 0) last = std::max(last, s->at(s->count() - 1).x());
     if (last <= 0) last = 1;
     setRoundRange(xAxis_, 0, last, kXParts);
     xLabels_->setRange(0, last);
@@ -194,6 +216,7 @@ void ChartView::rebuildXLabels() {
     for (const Label& l : sorted) {
         if (!(l.x > lastX)) continue;
         QString text = l.text.isEmpty() ? QStringLiteral(" ") : l.text;
+        if (text.size() > kLongestXLabel) text = text.left(kLongestXLabel - 1) + QChar(0x2026);
         text += QString(n++, QChar(0x200B));
         xLabels_->append(text, l.x);
         lastX = l.x;
