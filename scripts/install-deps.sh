@@ -11,6 +11,9 @@ packages=(
   libmosquitto-dev mosquitto mosquitto-clients openssl
   clang libclang-rt-14-dev
   xvfb xauth xdotool imagemagick
+  # more fonts than a bare machine has (a CJK fallback among them), so the tests meet a
+  # "monospace" that is not fixed-pitch
+  fonts-urw-base35 fonts-droid-fallback
   poppler-utils
   python3
 )

@@ -1,11 +1,12 @@
 #include "app/qt_printer.h"
 
-#include <QFont>
 #include <QPainter>
 #include <QPixmap>
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QTextDocument>
+
+#include "core/forms/fixed_pitch_font.h"
 
 namespace kova::app {
 
@@ -25,10 +26,7 @@ bool QtPrinter::printText(const std::string& documentName, const std::string& te
     printer.setDocName(QString::fromStdString(documentName));
     if (!choosePrinter(printer)) return false;
     QTextDocument doc;
-    QFont font("Monospace");
-    font.setStyleHint(QFont::TypeWriter);
-    font.setPointSize(10);
-    doc.setDefaultFont(font);
+    doc.setDefaultFont(forms::FixedPitchFont(10));
     doc.setPlainText(QString::fromStdString(text));
     doc.print(&printer);
     return true;
