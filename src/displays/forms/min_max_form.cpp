@@ -94,10 +94,14 @@ void MinMaxWindow::refresh() {
         put(row.reading, r.Reading);
         put(row.maximum, r.Maximum);
         put(row.minimum, r.Minimum);
-        // A screen reader names each number by its row and column.
-        row.reading->setAccessibleName(label + " Reading");
-        row.maximum->setAccessibleName(label + " Maximum");
-        row.minimum->setAccessibleName(label + " Minimum");
+        // A screen reader names each number by its row and column; a name set again unchanged
+        // would still send a screen reader a change notice every second.
+        const auto name = [](QLabel* l, const QString& n) {
+            if (l->accessibleName() != n) l->setAccessibleName(n);
+        };
+        name(row.reading, label + " Reading");
+        name(row.maximum, label + " Maximum");
+        name(row.minimum, label + " Minimum");
     }
 }
 
