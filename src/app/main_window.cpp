@@ -38,6 +38,7 @@
 #include "logging/forms/set_logging_form.h"
 #include "logging/forms/start_log_form.h"
 #include "logging/log_status.h"
+#include "platform/tick_trace.h"
 #include "tags/forms/daq_type_form.h"
 #include "tags/forms/tag_editor_form.h"
 
@@ -307,6 +308,12 @@ void MainWindow::startScan() {
 }
 
 void MainWindow::tick() {
+    if (tickTrace_) tickTrace_->tickStarted();
+    tickBody();
+    if (tickTrace_) tickTrace_->tickEnded();
+}
+
+void MainWindow::tickBody() {
     report_.guardTick([&] { RunTick(st_); });
     mirror();
     const std::string problem = PortProblemToTell(st_, portProblemTold_);

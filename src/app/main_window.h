@@ -19,7 +19,8 @@ class QPushButton;
 
 namespace kova {
 class Printer;
-}
+class TickTrace;
+}  // namespace kova
 
 namespace kova::app {
 
@@ -60,6 +61,8 @@ class MainWindow : public QMainWindow {
     void startScan();
     // One timeout of the scan timer: the tick, then the switches onto the check boxes.
     void tick();
+    // Each tick's start and duration go to the trace from now on (nullptr: no trace).
+    void setTickTrace(TickTrace* trace) { tickTrace_ = trace; }
 
     // Opens (or brings to the front) the window of a menu item.
     void openWindow(WindowKind kind);
@@ -89,6 +92,7 @@ class MainWindow : public QMainWindow {
     QAction* addWindowItem(QMenu* menu, const char* name, const char* caption, WindowKind kind);
     QWidget* createWindow(WindowKind kind);
     void mirror();
+    void tickBody();
     void refreshTitle();
     void fileNew();
     void fileLoad();
@@ -120,6 +124,7 @@ class MainWindow : public QMainWindow {
     QCheckBox* optControl_;
     QLabel* statusPanel_;
     QLabel* logPanel_;
+    TickTrace* tickTrace_ = nullptr;
     QLabel* moduleLabel_;
 };
 

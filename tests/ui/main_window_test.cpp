@@ -22,6 +22,7 @@
 #include "daq/sim/qrtu_simulator.h"
 #include "platform/simulated_bus.h"
 #include "platform/steady_clock.h"
+#include "platform/tick_trace.h"
 #include "support/test_support.h"
 #include "tags/tag_table.h"
 #include "ui/ui_support.h"
@@ -381,10 +382,10 @@ TEST(MainWindow, CalibrationWithAModuleWithoutAnalogInputsShowsTheMessageAndOpen
 TEST(MainWindow, EveryWindowItemOpensItsWindowOnceAndASecondClickRaisesIt) {
     Rig r;
     r.w->startUp();
-    const char* items[] = {"SetUpTags",  "SetPeriods",   "SetUpScreens", "SetUpTrends",
-                           "Parameters", "StartStop",    "Alarms",       "Control",
-                           "Calibration", "ViewReadings", "MinMax",      "ViewTrends",
-                           "AlarmView",  "History",      "PrinterAddress", "SetupDAQ"};
+    const char* items[] = {"SetUpTags",   "SetPeriods",   "SetUpScreens",   "SetUpTrends",
+                           "Parameters",  "StartStop",    "Alarms",         "Control",
+                           "Calibration", "ViewReadings", "MinMax",         "ViewTrends",
+                           "AlarmView",   "History",      "PrinterAddress", "SetupDAQ"};
     int open = 0;
     for (const char* name : items) {
         QAction* a = r.action(name);
@@ -637,6 +638,29 @@ TEST(MainWindow, PollingTheTestModuleMovesAnAnalogTag) {
     r.w->tick();
     EXPECT_NE(t.Value, first);
     EXPECT_GE(t.Value, 200.0f);  // AI-1 of the TEST module reads 200 upwards
+}
+
+}  // namespace kova::app
+
+namespace kova::app {
+
+TEST(MainWindow, EachTickGoesToTheTickTraceWhenOneIsGiven) {
+    Rig r;
+    r.w->startUp();
+    TickTrace trace;
+    const auto path = r.folder / "ticks.txt";
+    ASSERT_EQ(trace.open(path.string()), "");
+    r.w->tick();  // not traced yet
+    r.w->setTickTrace(&trace);
+    r.w->tick();
+    r.w->tick();
+    r.w->setTickTrace(nullptr);
+    r.w->tick();
+    const std::string text = test::ReadFileBytes(path);
+    int lines = 0;
+    for (char c : text) lines += c == '\n';
+    EXPECT_EQ(lines, 3);  // the heading and two ticks
+    EXPECT_EQ(text.rfind(TickTrace::heading(), 0), 0u);
 }
 
 }  // namespace kova::app
