@@ -6,6 +6,7 @@
 #include <locale>
 
 #include "core/error_report.h"
+#include "core/forms/combo_box_accessible.h"
 
 namespace kova::app {
 
@@ -13,6 +14,7 @@ KovaApplication::KovaApplication(int& argc, char** argv) : QApplication(argc, ar
     // No display name: it would be appended to every window's caption.
     setApplicationName("KOVA");
     UseFixedNumberFormat();
+    forms::InstallComboBoxAccessible();
 }
 
 void UseFixedNumberFormat() {

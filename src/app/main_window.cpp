@@ -55,9 +55,12 @@ QPushButton* runButton(const char* name, const char* caption, QWidget* parent) {
     return b;
 }
 
-QCheckBox* indicator(const char* name, QWidget* parent) {
+// The box beside a run button shows its switch; it has no caption of its own, so a screen
+// reader names it after the button ("Poll I/O switch", checked or not).
+QCheckBox* indicator(const char* name, const char* button, QWidget* parent) {
     auto* c = new IndicatorBox(parent);
     c->setObjectName(name);
+    c->setAccessibleName(QString(button) + " switch");
     c->setAttribute(Qt::WA_TransparentForMouseEvents);
     c->setFocusPolicy(Qt::NoFocus);
     return c;
@@ -150,10 +153,10 @@ MainWindow::MainWindow(Station& st, Prompter* prompter, std::ostream* errors)
     cmdLog_ = runButton("CmdLog", "Log Data", central);
     cmdAlarms_ = runButton("CmdAlarms", "Alarms", central);
     cmdControl_ = runButton("CmdControl", "Control", central);
-    optPoll_ = indicator("OptPoll", central);
-    optLog_ = indicator("OptLog", central);
-    optAlarm_ = indicator("OptAlarm", central);
-    optControl_ = indicator("OptControl", central);
+    optPoll_ = indicator("OptPoll", "Poll I/O", central);
+    optLog_ = indicator("OptLog", "Log Data", central);
+    optAlarm_ = indicator("OptAlarm", "Alarms", central);
+    optControl_ = indicator("OptControl", "Control", central);
     moduleLabel_ = new QLabel(central);
     moduleLabel_->setObjectName("LblModule");
 

@@ -2,6 +2,7 @@
 // The small pieces every window is built of: a named button, a caption that names its box
 // for screen readers, and a check box that only shows a switch.
 #include <QCheckBox>
+#include <QString>
 
 class QLabel;
 class QPushButton;
@@ -10,6 +11,11 @@ namespace kova::forms {
 
 // A push button with its object name and its caption ("&" marks the mnemonic).
 QPushButton* button(const char* name, const char* caption, QWidget* parent);
+
+// The name a screen reader announces for a box. A combo box that takes typing gets it on its
+// text part as well (which a screen reader meets on its own), and is named by it rather than
+// by the text it holds. Call it after the box is made editable.
+void nameBox(QWidget* box, const QString& name);
 
 // The label beside a box: it is the box's buddy (its mnemonic moves the focus there) and
 // its text, without the "&", is the box's accessible name.

@@ -12,6 +12,7 @@
 #include <QVBoxLayout>
 
 #include "app/window_registry.h"
+#include "core/forms/form_widgets.h"
 #include "tags/forms/analog_tag_form.h"
 
 namespace kova {
@@ -41,7 +42,7 @@ QComboBox* tagCombo(const QString& name, const QString& accessible, QWidget* par
     c->setCompleter(nullptr);
     c->setMaxVisibleItems(16);
     c->setMinimumWidth(120);
-    c->setAccessibleName(accessible);
+    forms::nameBox(c, accessible);
     return c;
 }
 
