@@ -9,6 +9,8 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
   nlohmann-json3-dev libcli11-dev
   libmosquitto-dev mosquitto mosquitto-clients openssl
+  libcivetweb-dev libssl-dev libcrypt-dev libjs-chart.js
+  chromium chromium-driver python3-selenium python3-websocket
   clang libclang-rt-14-dev
   xvfb xauth xdotool imagemagick
   # more fonts than a bare machine has (a CJK fallback among them), so the tests meet a

@@ -21,14 +21,10 @@ void showTrend(const Station& st, ViewTrendForm& form) {
     for (int pen = 1; pen <= 4; ++pen) form.Lbl1[pen - 1] = PenLabel(st, trend, pen);
 }
 
-// The sample period the trends follow: the logging period or the I/O period.
 void showPeriod(const Station& st, ViewTrendForm& form) {
-    const Periods& p = st.periods;
-    const bool atLog = p.TrendAtLogPeriod != 0;
-    const std::int16_t period = atLog ? p.LogPeriod : p.IOPeriod;
-    const bool seconds = (atLog ? p.LogUnits : p.IOUnits) == kUnitSeconds;
-    form.Lbl4 = "Sample Period " + std::to_string(period) + (seconds ? "Sec" : "mS");
-    form.SamplePeriod = seconds ? period : period / 1000.0;
+    const TrendPeriod p = TrendSamplePeriod(st);
+    form.Lbl4 = p.text;
+    form.SamplePeriod = p.seconds;
 }
 
 void showSwitches(const Station& st, ViewTrendForm& form) {
@@ -80,6 +76,15 @@ void setYRange(const ViewTrendForm& form, ChartPlot& plot) {
 }
 
 }  // namespace
+
+TrendPeriod TrendSamplePeriod(const Station& st) {
+    const Periods& p = st.periods;
+    const bool atLog = p.TrendAtLogPeriod != 0;
+    const std::int16_t period = atLog ? p.LogPeriod : p.IOPeriod;
+    const bool seconds = (atLog ? p.LogUnits : p.IOUnits) == kUnitSeconds;
+    return {"Sample Period " + std::to_string(period) + (seconds ? "Sec" : "mS"),
+            seconds ? period : period / 1000.0};
+}
 
 std::string PenLabel(const Station& st, int trend, int pen) {
     const int tag = st.trends.TrendTable(trend, pen);

@@ -44,6 +44,14 @@ struct ViewTrendForm {
     std::array<int, 4> Drawn{};
 };
 
+// The sample period the trends follow (the logging period or the I/O period, as the
+// period settings choose): the label text and the seconds between samples.
+struct TrendPeriod {
+    std::string text;  // "Sample Period 500mS", "Sample Period 5Sec"
+    double seconds = 0;
+};
+TrendPeriod TrendSamplePeriod(const Station& st);
+
 // The label of a pen: the tag's Label, or " " when the pen has no tag (or a number no tag
 // has, which is drawn as zeros).
 std::string PenLabel(const Station& st, int trend, int pen);

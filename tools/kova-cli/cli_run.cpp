@@ -17,6 +17,7 @@
 #include "cli_output.h"
 #include "cli_run_options.h"
 #include "cli_run_mqtt.h"
+#include "cli_run_web.h"
 #include "commands.h"
 #include "core/configuration.h"
 #include "core/fault.h"
@@ -144,6 +145,9 @@ static int RunCommand(const RunOptions& o) {
     const std::unique_ptr<RunPublisher> publisher = StartRunPublisher(o, mqttError);
     if (!mqttError.empty()) return Fail("run: " + mqttError);
     status.publisher = publisher.get();
+    std::string linksError;
+    const std::unique_ptr<RunLinks> links = StartRunLinks(o, linksError);
+    if (!linksError.empty()) return Fail("run: " + linksError);
 
     MeasureSpeedForRun(st, gStop);
     RunTeller teller;
@@ -181,6 +185,7 @@ static int RunCommand(const RunOptions& o) {
         if (guarded([&] { Tick(st); })) report.clear();
         teller.tell(st);
         if (publisher) guarded([&] { publisher->afterTick(st); });
+        if (links) guarded([&] { links->afterTick(st, lateTicks); });
     }
 
     guarded([&] { CloseLogFile(st); });
@@ -208,5 +213,6 @@ void kova::cli::AddRunCommand(CLI::App& app, CommandRun& run) {
         "would run it");
     AddRunOptions(*cmd, *o);
     AddMqttOptions(*cmd, *o);
+    AddWebOptions(*cmd, *o);
     cmd->callback([o, &run] { run = [o] { return RunCommand(*o); }; });
 }

@@ -28,6 +28,11 @@ struct RunOptions {
     std::string mqttPasswordFile;
     std::string mqttCaFile;
     bool mqttWrites = false;
+    // --http and its companions: the station's web page.
+    std::optional<std::string> httpListen;  // [ADDR:]PORT
+    std::string httpUsers;
+    std::string httpCert;
+    std::string httpKey;
 };
 
 // Declares the setup file and every option of run on the run command; the values land in
@@ -35,5 +40,7 @@ struct RunOptions {
 void AddRunOptions(CLI::App& run, RunOptions& o);
 // The --mqtt group (cli_run_mqtt.cpp).
 void AddMqttOptions(CLI::App& run, RunOptions& o);
+// The --http group (cli_run_web.cpp).
+void AddWebOptions(CLI::App& run, RunOptions& o);
 
 }  // namespace kova::cli

@@ -24,6 +24,9 @@ void AddCheckCommand(CLI::App& app, CommandRun& run);
 // kova-cli run FILE.SUF [options]: runs the scan without a display.
 void AddRunCommand(CLI::App& app, CommandRun& run);
 
+// kova-cli passwd USERS-FILE NAME [--role ROLE]: a user of the station's web page.
+void AddPasswdCommand(CLI::App& app, CommandRun& run);
+
 // Prints "kova-cli: <message>" as one line on stderr and returns 2.
 int Fail(const std::string& message);
 

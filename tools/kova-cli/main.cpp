@@ -15,7 +15,8 @@ constexpr const char* kUsage =
     "       kova-cli check FILE.SUF\n"
     "       kova-cli run FILE.SUF [--ticks N] [--start \"YYYY-MM-DD HH:MM:SS.mmm\"] [--poll] "
     "[--log]\n"
-    "                    [--save OUT.SUF] [--state OUT.json] [--port sim]\n"
+    "                    [--save OUT.SUF] [--state OUT.json] [--port sim] [--http [ADDR:]PORT]\n"
+    "       kova-cli passwd USERS-FILE NAME [--role viewer|operator]\n"
     "Each command has its own --help.";
 
 bool isCommand(const CLI::App& app, const std::string& name) {
@@ -48,6 +49,7 @@ int main(int argc, char** argv) {
     AddBuildCommand(app, run);
     AddCheckCommand(app, run);
     AddRunCommand(app, run);
+    AddPasswdCommand(app, run);
     app.footer(kUsage);  // after the commands, which would inherit it
 
     if (argc < 2) return Fail("no command given (kova-cli --help lists them)");
