@@ -261,8 +261,8 @@ TEST(ViewTrendWindow, TheChartKeepsARoomySizeAtTheWindowsSmallestSize) {
     r.w->resize(r.w->minimumSize());
     QTest::qWait(20);
     EXPECT_EQ(r.w->size(), r.w->minimumSize());
-    EXPECT_GE(r.chart()->width(), 440);
-    EXPECT_GE(r.chart()->height(), 280);
+    EXPECT_GE(r.chart()->width(), 400);
+    EXPECT_GE(r.chart()->height(), 220);
     // Every control keeps at least its own smallest size: nothing is clipped.
     for (QWidget* c : r.w->findChildren<QWidget*>()) {
         if (c->isVisible() && c->parentWidget() == r.w.get()) {

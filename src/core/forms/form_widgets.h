@@ -6,6 +6,7 @@
 
 class QLabel;
 class QPushButton;
+class QScrollArea;
 
 namespace kova::forms {
 
@@ -20,6 +21,12 @@ void nameBox(QWidget* box, const QString& name);
 // The label beside a box: it is the box's buddy (its mnemonic moves the focus there) and
 // its text, without the "&", is the box's accessible name.
 QLabel* caption(const char* text, QWidget* buddy, QWidget* parent);
+
+// The part of a window that scrolls when the screen is too small for it (a scale factor of
+// 2 on a laptop's screen): the area asks for the whole content's size, so on a screen with
+// room nothing scrolls, but it can shrink to a few lines. The box that takes the keyboard
+// is scrolled into view. The window's buttons belong outside it, always in reach.
+QScrollArea* scrollingPart(QWidget* content, QWidget* parent);
 
 // A check box that shows a switch: only the program sets it, clicks do not reach it.
 class IndicatorBox final : public QCheckBox {

@@ -76,7 +76,8 @@ HistoryWindow::HistoryWindow(Station& st, ErrorReport& report, PrintWindow print
 
     chart_ = new ChartView(this);
     chart_->setFocusPolicy(Qt::NoFocus);
-    chart_->setMinimumSize(420, 300);
+    // Readable, and small enough for a laptop's screen at a scale factor of 2.
+    chart_->setMinimumSize(400, 240);
     // Times of day are long: upright and never cut short, every label is read in full, the
     // first one at X = 0 included (a slanted label there would reach past the chart's edge).
     chart_->xLabelAxis()->setLabelsAngle(-90);

@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -140,10 +141,14 @@ ReadingsSetupWindow::ReadingsSetupWindow(Station& st, ErrorReport& report, QWidg
     buttons->addWidget(cmdNext_);
     buttons->addWidget(comExit_);
 
+    // The rows scroll on a screen too small for them; the buttons stay in reach.
+    auto* rows = new QWidget(this);
+    grid->setContentsMargins(0, 0, 0, 0);
+    rows->setLayout(grid);
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(top);
     layout->addSpacing(6);
-    layout->addLayout(grid);
+    layout->addWidget(forms::scrollingPart(rows, this), 1);
     layout->addSpacing(6);
     layout->addLayout(buttons);
 

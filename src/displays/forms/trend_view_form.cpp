@@ -45,8 +45,9 @@ ViewTrendWindow::ViewTrendWindow(Station& st, ErrorReport& report, QWidget* pare
 
     chart_ = new ChartView(this);
     chart_->setAccessibleName("Trend Chart");
-    // The smallest window still shows the curves, their scale and the legend readably.
-    chart_->setMinimumSize(440, 280);
+    // The smallest window still shows the curves, their scale and the legend readably, and
+    // fits a laptop's screen at a scale factor of 2 (683 x 384 points).
+    chart_->setMinimumSize(400, 220);
     for (int i = 0; i < 4; ++i) {
         auto* l = new QLabel(this);
         l->setObjectName(QString("Lbl1%1").arg(i));
