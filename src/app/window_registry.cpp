@@ -52,7 +52,10 @@ QWidget* WindowRegistry::open(const QString& kind, const Factory& make) {
     w->setAttribute(Qt::WA_DeleteOnClose);
     w->setWindowModality(Qt::NonModal);
     // A window that chose its own size keeps it; the others take their layout's size.
-    if (!w->testAttribute(Qt::WA_Resized)) w->adjustSize();
+    // (Not adjustSize(): it stops at two thirds of the screen, which would make a window
+    // with a scrolling part scroll on a screen that has room for all of it.)
+    if (!w->testAttribute(Qt::WA_Resized))
+        w->resize(w->sizeHint().expandedTo(w->minimumSizeHint()).expandedTo(w->minimumSize()));
     FitOnScreen(w);
     CenterOnScreen(w);
     w->show();
