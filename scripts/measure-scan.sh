@@ -38,6 +38,8 @@ while [ $# -gt 0 ]; do
         *) echo "unknown option $1" >&2; exit 2 ;;
     esac
 done
+kova=$(realpath "$kova")
+cli=$(realpath "$cli")
 for tool in xvfb-run xdotool python3; do
     command -v $tool >/dev/null || { echo "measure-scan: needs $tool" >&2; exit 2; }
 done

@@ -8,6 +8,7 @@
 #include <QMenuBar>
 #include <QPainter>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QStatusBar>
 #include <QStyle>
 #include <QVBoxLayout>
@@ -337,11 +338,24 @@ void MainWindow::mirror() {
     optControl_->setChecked(boxes_.OptControl);
     const QString module = "DAQ Type: " + QString::fromStdString(st_.profile.TypeString);
     if (moduleLabel_->text() != module) moduleLabel_->setText(module);
+    showLoggingStatus();
+}
+
+void MainWindow::showLoggingStatus() {
     const QString logging = QString::fromStdString(LoggingStatusText(st_));
-    if (logPanel_->text() != logging) {
-        logPanel_->setText(logging);
-        logPanel_->setToolTip(QString::fromStdString(LoggingStatusText(st_, true)));
-    }
+    const QString shown = logPanel_->text();
+    if (shown == logging) return;
+    // A count of records moving on every 50 ms scan is shown four times a second: each new
+    // text lays the status bar out and paints it again, on the scan's thread. Anything else
+    // that changes (logging on or off, another file, a stop) is shown at once.
+    const double now = st_.platform.clock->now().secondsOfDay();
+    static const QRegularExpression digits("[0-9]+");
+    const auto words = [](QString t) { return t.remove(digits); };
+    const bool onlyTheCount = words(shown) == words(logging);
+    if (onlyTheCount && now >= logShownAt_ && now - logShownAt_ < kLogCountEverySeconds) return;
+    logShownAt_ = now;
+    logPanel_->setText(logging);
+    logPanel_->setToolTip(QString::fromStdString(LoggingStatusText(st_, true)));
 }
 
 void MainWindow::refreshTitle() {

@@ -92,6 +92,7 @@ class MainWindow : public QMainWindow {
     QAction* addWindowItem(QMenu* menu, const char* name, const char* caption, WindowKind kind);
     QWidget* createWindow(WindowKind kind);
     void mirror();
+    void showLoggingStatus();
     void tickBody();
     void refreshTitle();
     void fileNew();
@@ -125,6 +126,8 @@ class MainWindow : public QMainWindow {
     QLabel* statusPanel_;
     QLabel* logPanel_;
     TickTrace* tickTrace_ = nullptr;
+    static constexpr double kLogCountEverySeconds = 0.25;
+    double logShownAt_ = -1;  // seconds of the day the logging field last changed
     QLabel* moduleLabel_;
 };
 
