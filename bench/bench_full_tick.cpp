@@ -43,12 +43,7 @@ void BM_FullTick(benchmark::State& state) {
         const std::int16_t logPeriod = mode == kLogging ? 100 : mode == kAlarms ? 1000 : 30000;
         st.periods = {100, kova::kUnitMs, logPeriod, kova::kUnitMs, 0};
         kova::bench::BuildFullStation(st, mode == kAlarms);
-        st.logging.LogFileName = (folder / "BENCH.CSV").string();
-        st.logging.OverwriteFile = 1;
-        st.logging.LogTimeColumn = kova::Variant::integer(1);
-        st.logging.LogDateColumn = kova::Variant::integer(1);
-        st.switches.LoggingEnabled = kova::Variant::integer(1);
-        kova::OpenLogFile(st);
+        kova::bench::LogEverythingTo(st, (folder / "BENCH.CSV").string());
         for (int i = 0; i < 400; ++i) {  // warm up: buffers grown, alarms through their states
             clock.advance(100);
             kova::Tick(st);

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "logging/log_writer.h"
 #include "support/control_lines.h"
 #include "tags/tag_name_index.h"
 #include "tags/tag_table.h"
@@ -113,6 +114,15 @@ void BuildFullStation(Station& st, bool crossingAlarms) {
             st.trends.TrendTable(trend, pen) =
                 static_cast<std::int16_t>(1 + ((trend - 1) * 4 + pen - 1) % 32);
     buildScreens(st);
+}
+
+void LogEverythingTo(Station& st, const std::string& file) {
+    st.logging.LogFileName = file;
+    st.logging.OverwriteFile = 1;
+    st.logging.LogTimeColumn = Variant::integer(1);
+    st.logging.LogDateColumn = Variant::integer(1);
+    st.switches.LoggingEnabled = Variant::integer(1);
+    OpenLogFile(st);
 }
 
 }  // namespace kova::bench

@@ -29,20 +29,12 @@
 #include "logging/log_writer.h"
 #include "platform/null_platform.h"
 #include "support/full_station.h"
+#include "ui/offscreen_application.h"
 
 namespace {
 
 using kova::app::MainWindow;
 using kova::app::WindowKind;
-
-void ensureApplication() {
-    if (QApplication::instance()) return;
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-    static int argc = 1;
-    static char name[] = "bench_window_refresh";
-    static char* argv[] = {name, nullptr};
-    static QApplication app(argc, argv);
-}
 
 // Counts the widgets painted, to show what a refresh makes Qt redraw.
 class PaintCounter final : public QObject {
@@ -74,12 +66,7 @@ struct Program {
         kova::bench::BuildFullStation(st, true);
         st.periods = {50, kova::kUnitMs, 50, kova::kUnitMs, 0};
         st.switches.PollEnabled = true;
-        st.logging.LogFileName = (folder / "BENCH.CSV").string();
-        st.logging.OverwriteFile = 1;
-        st.logging.LogTimeColumn = kova::Variant::integer(1);
-        st.logging.LogDateColumn = kova::Variant::integer(1);
-        st.switches.LoggingEnabled = kova::Variant::integer(1);
-        kova::OpenLogFile(st);
+        kova::bench::LogEverythingTo(st, (folder / "BENCH.CSV").string());
         main->show();
         if (allWindows)
             for (int k = 0; k <= static_cast<int>(WindowKind::DaqType); ++k)
@@ -121,7 +108,7 @@ struct Program {
 
 // One program for all the benchmarks of a kind (building it takes a while).
 Program& program(bool allWindows) {
-    ensureApplication();
+    kova::bench::EnsureOffscreenApplication();
     static std::unique_ptr<Program> all;
     static std::unique_ptr<Program> none;
     auto& p = allWindows ? all : none;

@@ -26,6 +26,7 @@
 #include "control/forms/control_form.h"
 #include "core/forms/form_widgets.h"
 #include "core/forms/periods_form.h"
+#include "core/forms/scan_gap.h"
 #include "daq/calibration_model.h"
 #include "daq/forms/calibration_form.h"
 #include "daq/forms/printer_port_form.h"
@@ -224,6 +225,8 @@ MainWindow::MainWindow(Station& st, Prompter* prompter, std::ostream* errors)
     hiTime2_.setTimerType(Qt::PreciseTimer);
     hiTime2_.setInterval(100);  // the first tick sets the I/O period's interval
     connect(&hiTime2_, &QTimer::timeout, this, &MainWindow::tick);
+    // The windows' refreshes keep clear of this timer's ticks.
+    forms::ScanGap::instance().setScanTimer(&hiTime2_);
 
     resize(440, 300);
     mirror();
@@ -231,6 +234,8 @@ MainWindow::MainWindow(Station& st, Prompter* prompter, std::ostream* errors)
 
 MainWindow::~MainWindow() {
     hiTime2_.stop();
+    if (forms::ScanGap::instance().scanTimer() == &hiTime2_)
+        forms::ScanGap::instance().setScanTimer(nullptr);
     windows_.closeAll();
     st_.platform = savedPlatform_;
 }
@@ -315,6 +320,7 @@ void MainWindow::tick() {
     if (tickTrace_) tickTrace_->tickStarted();
     tickBody();
     if (tickTrace_) tickTrace_->tickEnded();
+    forms::ScanGap::instance().tickDone();
 }
 
 void MainWindow::tickBody() {

@@ -16,9 +16,7 @@ std::string TickTrace::open(const std::string& path) {
     close();
     std::FILE* f = std::fopen(path.c_str(), "w");
     if (!f) return std::strerror(errno);
-    // Line buffered: each tick's line reaches the file when the tick ends.
-    std::setvbuf(f, nullptr, _IOLBF, 1 << 12);
-    if (std::fputs(heading(), f) < 0) {
+    if (std::fputs(heading(), f) < 0 || std::fflush(f) != 0) {
         const std::string why = std::strerror(errno);
         std::fclose(f);
         return why;
@@ -55,10 +53,11 @@ void TickTrace::tickEnded() {
     *at++ = ' ';
     at = std::to_chars(at, line + 62, ms, std::chars_format::fixed, 3).ptr;
     *at++ = '\n';
-    // A trace that cannot be written any more (a full disk) ends; the scan goes on.
-    if (std::fwrite(line, 1, static_cast<std::size_t>(at - line), file_) !=
-        static_cast<std::size_t>(at - line))
-        close();
+    // Each line reaches the file when its tick ends (flushed here: not every C library
+    // buffers by lines). A trace that cannot be written any more (a full disk) ends; the scan
+    // goes on.
+    const auto n = static_cast<std::size_t>(at - line);
+    if (std::fwrite(line, 1, n, file_) != n || std::fflush(file_) != 0) close();
 }
 
 }  // namespace kova

@@ -10,6 +10,7 @@
 
 #include "core/forms/fixed_pitch_font.h"
 #include "core/forms/form_widgets.h"
+#include "core/forms/scan_gap.h"
 
 namespace kova {
 
@@ -88,7 +89,8 @@ AlarmListWindow::AlarmListWindow(Station& st, ErrorReport& report, Printer& prin
 
     timer_.setObjectName("TmrRefresh");
     timer_.setInterval(kRefreshMs);
-    connect(&timer_, &QTimer::timeout, this, &AlarmListWindow::refresh);
+    connect(&timer_, &QTimer::timeout, this,
+            [this] { forms::ScanGap::instance().run(this, [this] { refresh(); }); });
     timer_.start();
 }
 

@@ -7,6 +7,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "core/forms/scan_gap.h"
 #include "displays/min_max_view.h"
 
 namespace kova {
@@ -74,7 +75,8 @@ MinMaxWindow::MinMaxWindow(Station& st, ErrorReport& report, QWidget* parent)
     refresh();
     timer1_.setObjectName("Timer1");
     timer1_.setInterval(kMinMaxRefreshMs);
-    connect(&timer1_, &QTimer::timeout, this, &MinMaxWindow::refresh);
+    connect(&timer1_, &QTimer::timeout, this,
+            [this] { forms::ScanGap::instance().run(this, [this] { refresh(); }); });
     timer1_.start();
     cmdReset_->setFocus();
 }

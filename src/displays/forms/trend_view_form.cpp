@@ -9,6 +9,7 @@
 #include <QVBoxLayout>
 
 #include "core/forms/form_widgets.h"
+#include "core/forms/scan_gap.h"
 #include "displays/forms/chart_view.h"
 
 namespace kova {
@@ -157,7 +158,8 @@ ViewTrendWindow::ViewTrendWindow(Station& st, ErrorReport& report, QWidget* pare
 
     timer1_.setObjectName("Timer1");
     timer1_.setInterval(kViewTrendRefreshMs);
-    connect(&timer1_, &QTimer::timeout, this, &ViewTrendWindow::tick);
+    connect(&timer1_, &QTimer::timeout, this,
+            [this] { forms::ScanGap::instance().run(this, [this] { tick(); }); });
     timer1_.start();
 }
 
