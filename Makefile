@@ -1,5 +1,5 @@
 # The two commands a newcomer needs: `make run` and `make test`.
-.PHONY: all deps build run test sanitize fuzz bench windows clean
+.PHONY: all deps build run test sanitize fuzz bench windows deb clean
 
 JOBS ?= $(shell nproc)
 
@@ -32,6 +32,10 @@ bench: build
 # kova-cli.exe for a Windows station, cross-compiled: build/windows/tools/kova-cli/kova-cli.exe
 windows:
 	bash scripts/check-windows-build.sh
+
+# The Debian packages kova and kova-cli, checked by lintian: build/deb/*.deb
+deb: deps
+	JOBS=$(JOBS) bash scripts/build-deb.sh
 
 clean:
 	rm -rf build

@@ -51,7 +51,12 @@ class NullChart final : public kova::ChartPlot {
 class QuietPrompter final : public kova::Prompter {
   public:
     void message(const std::string&, const std::string&) override { ++messages; }
-    bool askYesNo(const std::string&, const std::string&) override { return false; }
+    bool askYesNo(const std::string&, const std::string&, kova::DefaultAnswer) override {
+        return false;
+    }
+    kova::SaveChoice askSaveDiscardCancel(const std::string&, const std::string&) override {
+        return kova::SaveChoice::Cancel;
+    }
     std::optional<std::string> input(const std::string&, const std::string&) override {
         return std::nullopt;
     }

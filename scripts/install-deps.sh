@@ -18,6 +18,9 @@ packages=(
   fonts-urw-base35 fonts-droid-fallback
   poppler-utils
   python3
+  libsystemd-dev systemd groff-base man-db
+  librsvg2-bin desktop-file-utils appstream
+  debhelper lintian
 )
 
 missing=()

@@ -18,6 +18,6 @@ fi
 cd run
 if [ -z "${DISPLAY:-}" ] && [ -z "${WAYLAND_DISPLAY:-}" ] && [ -z "${QT_QPA_PLATFORM:-}" ]; then
     echo "No display found: starting KOVA under xvfb-run (nothing will be visible)." >&2
-    exec xvfb-run -a "$build/src/kova"
+    exec xvfb-run -a "$build/src/kova" "$top/run"
 fi
-exec "$build/src/kova"
+exec "$build/src/kova" "$top/run"

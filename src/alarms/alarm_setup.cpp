@@ -100,6 +100,7 @@ void ShowAlarm(const Station& st, AlarmSetupForm& form, int number) {
     const AlarmDef& a = st.alarms.Alarms[number];
     form.LblAlmNo = number;
     form.CboTag = a.TagName;
+    form.ShownTag = a.TagName;
     form.TxtHiVal = plainNumberText(a.HiVal);
     form.TxtHiMsg = a.HiMsg;
     form.TxtLoVal = plainNumberText(a.LoVal);
@@ -110,15 +111,32 @@ void ShowAlarm(const Station& st, AlarmSetupForm& form, int number) {
 std::optional<AlarmRefusal> CheckAlarmForm(const Station& st, const AlarmSetupForm& form) {
     const std::string name = NormalizeTagName(form.CboTag);
     if (name.empty()) return std::nullopt;
-    if (FindTag(st.nameIndex, name) == 0) return AlarmRefusal{"Tag Name Not Found", "ERROR"};
+    if (FindTag(st.nameIndex, name) == 0)
+        return AlarmRefusal{"Tag Name Not Found", "ERROR", "CboTag"};
     if (!isNumeric(form.TxtHiVal) || !isNumeric(form.TxtLoVal))
-        return AlarmRefusal{"High and Low Alarm Values must be numbers", "Error"};
+        return AlarmRefusal{"High and Low Alarm Values must be numbers", "Error",
+                            isNumeric(form.TxtHiVal) ? "TxtLoVal" : "TxtHiVal"};
     if (toSingle(leadingNumber(form.TxtHiVal)) <= toSingle(leadingNumber(form.TxtLoVal)))
-        return AlarmRefusal{"High Alarm Value must be greater than Low Alarm Value", "Error"};
+        return AlarmRefusal{"High Alarm Value must be greater than Low Alarm Value", "Error",
+                            "TxtHiVal"};
     const std::string& kept = st.alarms.Alarms[form.LblAlmNo].LastText;
     if (std::string problem = recordProblem(name, form, kept); !problem.empty())
-        return AlarmRefusal{std::move(problem), "Error"};
+        return AlarmRefusal{std::move(problem), "Error", "TxtHiMsg"};
     return std::nullopt;
+}
+
+void AlarmSetupTablesChanged(const Station& st, AlarmSetupForm& form, TableChange change) {
+    if (change == TableChange::DaqType) return;
+    form.CboTagList = AlarmTagChoices(st);
+    if (change == TableChange::Configuration) {
+        form.ChkEnableAlm = st.switches.AlarmsEnabled != 0;
+        ShowAlarm(st, form, form.LblAlmNo);
+        return;
+    }
+    if (form.CboTag == form.ShownTag) {
+        form.CboTag = st.alarms.Alarms[form.LblAlmNo].TagName;
+        form.ShownTag = form.CboTag;
+    }
 }
 
 bool SaveAlarm(Station& st, const AlarmSetupForm& form) {
@@ -146,14 +164,24 @@ bool SaveAlarm(Station& st, const AlarmSetupForm& form) {
     return true;  // State and LastText stay as they are
 }
 
+namespace {
+// SaveAlarm that also notes the box at fault when it refuses.
+bool saveShown(Station& st, AlarmSetupForm& form) {
+    form.FailedBox.clear();
+    if (SaveAlarm(st, form)) return true;
+    if (const auto refusal = CheckAlarmForm(st, form)) form.FailedBox = refusal->box;
+    return false;
+}
+}  // namespace
+
 bool NextAlarm(Station& st, AlarmSetupForm& form) {
-    if (!SaveAlarm(st, form)) return false;
+    if (!saveShown(st, form)) return false;
     ShowAlarm(st, form, form.LblAlmNo == kAlarmCount ? 1 : form.LblAlmNo + 1);
     return true;
 }
 
 bool PrevAlarm(Station& st, AlarmSetupForm& form) {
-    if (!SaveAlarm(st, form)) return false;
+    if (!saveShown(st, form)) return false;
     ShowAlarm(st, form, form.LblAlmNo == 1 ? kAlarmCount : form.LblAlmNo - 1);
     return true;
 }
@@ -166,8 +194,9 @@ void DeleteAlarm(Station& st, AlarmSetupForm& form) {
 }
 
 bool ExitAlarmSetup(Station& st, AlarmSetupForm& form) {
-    if (!SaveAlarm(st, form) &&
-        !st.platform.prompter->askYesNo("Do You wish to exit without saving this alarm", kAppTitle))
+    if (!saveShown(st, form) &&
+        !st.platform.prompter->askYesNo("Do You wish to exit without saving this alarm", kAppTitle,
+                                        DefaultAnswer::No))
         return false;
     st.switches.AlarmsEnabled = form.ChkEnableAlm ? 1 : 0;
     return true;

@@ -21,6 +21,9 @@ struct AlarmSetupForm {
     std::string TxtLoMsg;
     std::string TxtNormMsg;
     bool ChkEnableAlm = false;
+    std::string ShownTag{};  // what ShowAlarm put in CboTag: a box showing it was not typed in
+    // After a refused alarm: the box at fault ("CboTag", "TxtHiVal", "TxtLoVal", ...).
+    std::string FailedBox{};
 };
 
 // The names CboTag offers: user tags 1..32 that have a name, in tag order.
@@ -35,6 +38,7 @@ void ShowAlarm(const Station& st, AlarmSetupForm& form, int number);
 struct AlarmRefusal {
     std::string text;
     std::string title;
+    std::string box{};  // the control at fault
 };
 
 // SaveAlarm's checks of the shown texts, in their order: the first refusal, nullopt when
@@ -44,6 +48,12 @@ std::optional<AlarmRefusal> CheckAlarmForm(const Station& st, const AlarmSetupFo
 // Stores the shown alarm, or clears it when no tag is chosen. On a refusal the message
 // has been shown, nothing is stored and false is returned.
 bool SaveAlarm(Station& st, const AlarmSetupForm& form);
+
+// The tag table or the whole configuration changed while the window is open; `form` holds
+// what the controls show now. The list follows the table, and a tag box the user has not
+// typed in shows the shown alarm's tag as it is now named. A new configuration shows the
+// alarm afresh, with the switch.
+void AlarmSetupTablesChanged(const Station& st, AlarmSetupForm& form, TableChange change);
 
 // Next and Prev: save, then move on (after 20 comes 1, before 1 comes 20); a failed save
 // stays on the alarm. True when the form moved.

@@ -29,6 +29,7 @@ bool saveUnderChosenName(Station& st) {
     if (!chosen || chosen->empty()) return false;
     SaveSetup(st, *chosen);
     st.setupFileName = *chosen;
+    RememberConfigurationAsSaved(st);  // nothing left to ask about
     return true;
 }
 }  // namespace

@@ -16,8 +16,9 @@ void FileNew(Station& st);
 // cannot be loaded leaves the defaults and its error is shown. False when cancelled or
 // not loaded.
 bool FileLoad(Station& st);
-// "Save SetUp File": saves under the chosen name, which becomes the setup file. A file
-// that cannot be written is a fault for the general error report. False when cancelled.
+// "Save SetUp File": saves under the chosen name, which becomes the setup file and counts
+// as saved. A file that cannot be written is a fault for the general error report. False
+// when cancelled.
 bool FileSave(Station& st);
 bool FileSaveAs(Station& st);
 

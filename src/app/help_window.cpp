@@ -5,11 +5,17 @@
 #include <QTextBrowser>
 #include <QUrl>
 #include <QVBoxLayout>
+#include <filesystem>
+#include <system_error>
+
+#include "app/program_data.h"
 
 namespace kova::app {
 
-HelpWindow::HelpWindow(QWidget* parent)
-    : QWidget(parent, Qt::Window), browser_(new QTextBrowser(this)) {
+HelpWindow::HelpWindow(QWidget* parent, std::filesystem::path document)
+    : QWidget(parent, Qt::Window),
+      browser_(new QTextBrowser(this)),
+      document_(document.empty() ? HelpDocumentPath() : std::move(document)) {
     setObjectName("HelpWindow");
     setWindowTitle(kHelpWindowTitle);
     browser_->setObjectName("HelpText");
@@ -36,7 +42,14 @@ HelpWindow::HelpWindow(QWidget* parent)
 }
 
 void HelpWindow::showTopic(const QString& topic) {
-    QUrl url(kHelpDocument);
+    std::error_code ec;
+    if (!std::filesystem::is_regular_file(document_, ec)) {
+        browser_->setHtml(
+            QString("<p>The help file %1 is missing: install KOVA again to get it back.</p>")
+                .arg(QString::fromStdString(document_.string()).toHtmlEscaped()));
+        return;
+    }
+    QUrl url = QUrl::fromLocalFile(QString::fromStdString(document_.string()));
     url.setFragment(topic);
     browser_->setSource(url);
     browser_->scrollToAnchor(topic);

@@ -1,5 +1,6 @@
 #include "app/kova_application.h"
 
+#include <QIcon>
 #include <QLocale>
 #include <clocale>
 #include <iostream>
@@ -7,12 +8,17 @@
 
 #include "core/error_report.h"
 #include "core/forms/combo_box_accessible.h"
+#include "kova_version.h"
 
 namespace kova::app {
 
 KovaApplication::KovaApplication(int& argc, char** argv) : QApplication(argc, argv) {
     // No display name: it would be appended to every window's caption.
     setApplicationName("KOVA");
+    setApplicationVersion(kVersion);
+    // Ties the windows to the installed desktop entry and its icon.
+    setDesktopFileName(kAppId);
+    setWindowIcon(QIcon::fromTheme(kAppId));
     UseFixedNumberFormat();
     forms::InstallComboBoxAccessible();
 }

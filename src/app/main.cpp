@@ -1,5 +1,7 @@
-// KOVA: the desktop program. The splash measures the PC's speed, then the main window
-// loads the configuration and runs the scan until File Exit.
+// KOVA: the desktop program. It settles its working folder, the splash measures the PC's
+// speed, then the main window loads the configuration and runs the scan until File Exit.
+#include <QStandardPaths>
+#include <cstdio>
 #include <filesystem>
 #include <iostream>
 #include <memory>
@@ -7,36 +9,65 @@
 #include <string>
 #include <vector>
 
+#include "app/command_line.h"
 #include "app/kova_application.h"
 #include "app/main_window.h"
-#include "app/program_options.h"
+#include "app/program_data.h"
 #include "app/splash_window.h"
 #include "app/station_port.h"
+#include "app/working_folder_entry.h"
 #include "core/splash_pause.h"
 #include "core/station.h"
 #include "daq/port_layer.h"
 #include "platform/tick_trace.h"
 
+namespace {
+
+std::vector<std::string> arguments(int argc, char** argv) {
+    return argc > 1 ? std::vector<std::string>(argv + 1, argv + argc) : std::vector<std::string>{};
+}
+
+}  // namespace
+
 int main(int argc, char** argv) {
+    using Action = kova::app::CommandLine::Action;
+    // Help and version need no display: answered before the application object exists.
+    switch (kova::app::HelpOrVersionAsked(arguments(argc, argv))) {
+        case Action::Help:
+            std::printf("%s", kova::app::CommandLineHelp().c_str());
+            return 0;
+        case Action::Version:
+            std::printf("%s\n", kova::app::VersionLine().c_str());
+            return 0;
+        default:
+            break;
+    }
     kova::app::KovaApplication app(argc, argv);
-    // Qt has taken its own options out of argv by now.
-    const kova::app::ProgramOptions options =
-        kova::app::ParseProgramOptions(std::vector<std::string>(argv + 1, argv + argc));
-    if (!options.error.empty()) {
-        std::cerr << "kova: " << options.error << std::endl;
+    const kova::app::CommandLine line = kova::app::ReadCommandLine(arguments(argc, argv));
+    if (line.action == Action::Error) {
+        std::fprintf(stderr, "kova: %s (kova --help)\n", line.error.c_str());
         return 2;
     }
+    // Opened before the working folder is entered: a relative name is where KOVA was started.
     kova::TickTrace tickTrace;
-    if (options.tickTrace) {
-        const std::string problem = tickTrace.open(*options.tickTrace);
-        if (!problem.empty()) {
-            std::cerr << "kova: cannot write the tick trace " << *options.tickTrace << ": "
-                      << problem << std::endl;
+    if (line.tickTrace) {
+        const std::string why = tickTrace.open(*line.tickTrace);
+        if (!why.empty()) {
+            std::fprintf(stderr, "kova: cannot write the tick trace %s: %s\n",
+                         line.tickTrace->c_str(), why.c_str());
             return 2;
         }
     }
+    std::string problem;
+    const auto folder = kova::app::EnterWorkingFolder(
+        line, QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation).toStdString(),
+        kova::app::DemoSetupPath(), problem, std::cerr);
+    if (!folder) {
+        std::fprintf(stderr, "kova: %s\n", problem.c_str());
+        return 2;
+    }
     kova::Station station;
-    station.workingFolder = std::filesystem::current_path();
+    station.workingFolder = *folder;
     // The printer port of the LPT number in use, opened when the drivers first need it.
     kova::app::StationPort port([&] { return static_cast<int>(station.daq.PrinterPortNumber); });
     station.platform.port = &port;

@@ -6,12 +6,13 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QMenuBar>
-#include <QPainter>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QStatusBar>
 #include <QStyle>
+#include <QScreen>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <filesystem>
 #include <iostream>
 
@@ -68,24 +69,19 @@ QCheckBox* indicator(const char* name, const char* button, QWidget* parent) {
     return c;
 }
 
-// A status-bar field that gives way to the field beside it: when the bar is narrow it
-// shortens its text with "..." instead of cutting it off (the whole text stays its own).
-class GivingLabel final : public QLabel {
-  public:
-    using QLabel::QLabel;
-    QSize minimumSizeHint() const override {
-        return {fontMetrics().averageCharWidth() * 12, QLabel::minimumSizeHint().height()};
-    }
-
-  protected:
-    void paintEvent(QPaintEvent*) override {
-        QPainter painter(this);
-        const QRect area = contentsRect();
-        const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, area.width());
-        style()->drawItemText(&painter, area, static_cast<int>(alignment()), palette(), isEnabled(),
-                              shown, foregroundRole());
-    }
-};
+// A status field in the window's body: its whole text shows, on as many lines as it
+// needs, and a screen reader reads that text (the field's role is its description).
+QLabel* statusField(const char* name, const char* role, QWidget* parent) {
+    auto* l = new QLabel(parent);
+    l->setObjectName(name);
+    l->setWordWrap(true);
+    l->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
+    l->setMargin(2);
+    l->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    l->setFocusPolicy(Qt::NoFocus);
+    l->setAccessibleDescription(role);
+    return l;
+}
 
 const char* windowName(WindowKind kind) {
     switch (kind) {
@@ -177,28 +173,26 @@ MainWindow::MainWindow(Station& st, Prompter* prompter, std::ostream* errors)
     big.setPointSize(big.pointSize() + 4);
     big.setBold(true);
     title->setFont(big);
+    // The status line that alarms and errors write to, and logging's own field apart from
+    // it: the file being written and the records written, so a user sees at a glance that
+    // logging is alive. Both in the body, wrapped, so that their whole text is read.
+    statusPanel_ = statusField("StatusBar1", "Status line: alarms and errors", central);
+    logPanel_ = statusField("LogStatus", "Logging status", central);
+
     auto* layout = new QVBoxLayout(central);
     layout->addWidget(title);
     layout->addWidget(moduleLabel_);
     layout->addSpacing(8);
     layout->addLayout(grid);
     layout->addStretch();
+    layout->addWidget(statusPanel_);
+    layout->addWidget(logPanel_);
     setCentralWidget(central);
 
     connect(cmdPoll_, &QPushButton::clicked, this, &MainWindow::cmdPoll);
     connect(cmdLog_, &QPushButton::clicked, this, &MainWindow::cmdLog);
     connect(cmdAlarms_, &QPushButton::clicked, this, &MainWindow::cmdAlarms);
     connect(cmdControl_, &QPushButton::clicked, this, &MainWindow::cmdControl);
-
-    statusPanel_ = new QLabel(this);
-    statusPanel_->setObjectName("StatusBar1");
-    statusBar()->addWidget(statusPanel_, 1);
-    // Logging's own field, apart from the one alarms and errors write to: the file being
-    // written and the records written, so a user sees at a glance that logging is alive.
-    logPanel_ = new GivingLabel(this);
-    logPanel_->setObjectName("LogStatus");
-    logPanel_->setAccessibleName("Logging status");
-    statusBar()->addPermanentWidget(logPanel_);
 
     buildMenus();
 
@@ -211,6 +205,8 @@ MainWindow::MainWindow(Station& st, Prompter* prompter, std::ostream* errors)
     timerSeam_ = std::make_unique<QtScanTimer>(&hiTime2_);
     beeper_ = std::make_unique<QtBeeper>();
     printer_ = std::make_unique<QtPrinter>(this);
+    // A print dialog opens over the window whose button asked.
+    printer_->setDialogOwner([this] { return OwnerWindow(st_.platform.prompter->owner(), this); });
     help_ = std::make_unique<WindowHelpViewer>(*this);
     st_.platform.prompter = prompter;
     st_.platform.status = status_.get();
@@ -219,7 +215,12 @@ MainWindow::MainWindow(Station& st, Prompter* prompter, std::ostream* errors)
 
     // A scan fault's message box opens from the event loop, after its tick has returned,
     // so the scan timer keeps firing while the box is up.
-    report_.setPost([this](std::function<void()> show) { QTimer::singleShot(0, this, show); });
+    report_.setPost([this](std::function<void()> show) {
+        QTimer::singleShot(0, this, [this, show] {
+            PromptOwner owner(*st_.platform.prompter, this);
+            show();
+        });
+    });
 
     hiTime2_.setObjectName("HiTime2");
     hiTime2_.setTimerType(Qt::PreciseTimer);
@@ -298,7 +299,7 @@ void MainWindow::buildMenus() {
 
 void MainWindow::startUp() {
     CenterOnScreen(this);
-    report_.guard([&] {
+    guard_([&] {
         const LoadOutcome outcome = StartUp(st_);
         // A missing or unreadable "Default.Suf" is not an error: the defaults are in use.
         // A bad one is noted on the error stream for whoever looks.
@@ -329,11 +330,13 @@ void MainWindow::tickBody() {
     const std::string problem = PortProblemToTell(st_, portProblemTold_);
     if (!problem.empty()) {
         statusPanel_->setText(QString::fromStdString(problem));
+        PromptOwner owner(*st_.platform.prompter, this);
         st_.platform.prompter->message(problem, kAppTitle);
     }
-    // A module that stopped answering is told once in the status bar; the scan goes on.
+    // A module that stopped answering is told once in the status line; the scan goes on.
     const std::string silence = ModuleSilenceToTell(st_);
     if (!silence.empty()) statusPanel_->setText(QString::fromStdString(silence));
+    fitStatusFields();
 }
 
 void MainWindow::mirror() {
@@ -352,8 +355,8 @@ void MainWindow::showLoggingStatus() {
     const QString shown = logPanel_->text();
     if (shown == logging) return;
     // A count of records moving on every 50 ms scan is shown four times a second: each new
-    // text lays the status bar out and paints it again, on the scan's thread. Anything else
-    // that changes (logging on or off, another file, a stop) is shown at once.
+    // text lays the window's status fields out and paints them again, on the scan's thread.
+    // Anything else that changes (logging on or off, another file, a stop) is shown at once.
     const double now = st_.platform.clock->now().secondsOfDay();
     static const QRegularExpression digits("[0-9]+");
     const auto words = [](QString t) { return t.remove(digits); };
@@ -362,6 +365,23 @@ void MainWindow::showLoggingStatus() {
     logShownAt_ = now;
     logPanel_->setText(logging);
     logPanel_->setToolTip(QString::fromStdString(LoggingStatusText(st_, true)));
+    fitStatusFields();
+}
+
+// A status text longer than the window has room for (a printer port that cannot be
+// reached says why at length) makes the window taller, up to the screen's height, so that
+// every word stays readable; the window never shrinks by itself.
+void MainWindow::fitStatusFields() {
+    const QString shown = statusPanel_->text() + '\n' + logPanel_->text();
+    if (shown == fittedStatus_) return;
+    fittedStatus_ = shown;
+    QWidget* body = centralWidget();
+    if (!body || !body->layout() || !isVisible()) return;
+    const int needed = body->layout()->totalHeightForWidth(body->width());
+    if (needed <= body->height()) return;
+    int height = this->height() + needed - body->height();
+    if (const QScreen* s = screen()) height = std::min(height, s->availableGeometry().height());
+    if (height > this->height()) resize(width(), height);
 }
 
 void MainWindow::refreshTitle() {
@@ -373,44 +393,61 @@ QString MainWindow::statusText() const {
 }
 
 void MainWindow::cmdPoll() {
-    report_.guard([&] { TogglePoll(st_); });
+    guard_([&] { TogglePoll(st_); });
     mirror();
 }
 
 void MainWindow::cmdLog() {
-    report_.guard([&] { ToggleLog(st_); });
+    guard_([&] { ToggleLog(st_); });
     mirror();
 }
 
 void MainWindow::cmdAlarms() {
-    report_.guard([&] { ToggleAlarms(st_); });
+    guard_([&] { ToggleAlarms(st_); });
     mirror();
 }
 
 void MainWindow::cmdControl() {
-    report_.guard([&] { ToggleControls(st_); });
+    guard_([&] { ToggleControls(st_); });
     mirror();
 }
 
+// "Save changes to NAME?" before the configuration is replaced or dropped; Save goes the
+// ordinary File Save way, and a save that is cancelled or fails stops the command.
+bool MainWindow::mayReplaceConfiguration() {
+    bool goOn = false;
+    guard_([&] {
+        goOn = MayReplaceConfiguration(st_, [&] {
+            bool saved = false;
+            guard_([&] { saved = FileSave(st_); });
+            refreshTitle();
+            return saved;
+        });
+    });
+    return goOn;
+}
+
 void MainWindow::fileNew() {
-    report_.guard([&] { FileNew(st_); });
+    if (!mayReplaceConfiguration()) return;
+    guard_([&] { FileNew(st_); });
     refreshTitle();
     mirror();
 }
 
 void MainWindow::fileLoad() {
-    report_.guard([&] { FileLoad(st_); });
+    if (!mayReplaceConfiguration()) return;
+    guard_([&] { FileLoad(st_); });
     refreshTitle();
     mirror();
 }
 
 void MainWindow::fileSave() {
-    report_.guard([&] { FileSave(st_); });
+    guard_([&] { FileSave(st_); });
     refreshTitle();
 }
 
 void MainWindow::fileSaveAs() {
-    report_.guard([&] { FileSaveAs(st_); });
+    guard_([&] { FileSaveAs(st_); });
     refreshTitle();
 }
 
@@ -419,14 +456,14 @@ void MainWindow::openWindow(WindowKind kind) {
         help_->showTopic(kHelpIntroduction);
         return;
     }
-    report_.guard([&] {
+    guard_([&] {
         if (kind == WindowKind::Calibration && !MayOpenCalibration(st_)) return;
         windows_.open(windowName(kind), [&] { return createWindow(kind); });
     });
 }
 
 void MainWindow::showHelp(const QString& topic) {
-    report_.guard([&] {
+    guard_([&] {
         QWidget* w = windows_.open(windowName(WindowKind::Help),
                                    [&] { return createWindow(WindowKind::Help); });
         if (auto* help = qobject_cast<HelpWindow*>(w)) help->showTopic(topic);
@@ -489,8 +526,14 @@ QWidget* MainWindow::createWindow(WindowKind kind) {
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
-    // File Exit and the window's close box both end the program: the log file is closed.
-    report_.guard([&] { CloseLog(st_); });
+    // File Exit and the window's close box both end the program, after "Save changes to
+    // NAME?" when there is something to save; Cancel keeps it running as it was.
+    if (!mayReplaceConfiguration()) {
+        event->ignore();
+        return;
+    }
+    // The log file is closed.
+    guard_([&] { CloseLog(st_); });
     hiTime2_.stop();
     windows_.closeAll();
     event->accept();

@@ -1,6 +1,7 @@
 #pragma once
 // The main window (MainFrm): the menus every other window opens from, the four run
-// buttons with their check boxes, the status bar and the scan timer (HiTime2).
+// buttons with their check boxes, the status lines (the status bar's fields, kept in the
+// window's body so that they wrap) and the scan timer (HiTime2).
 #include <QMainWindow>
 #include <QTimer>
 #include <iosfwd>
@@ -8,6 +9,7 @@
 
 #include "app/window_registry.h"
 #include "core/error_report.h"
+#include "core/forms/window_calls.h"
 #include "core/main_window_model.h"
 #include "core/station.h"
 #include "platform/help_viewer.h"
@@ -77,6 +79,9 @@ class MainWindow : public QMainWindow {
     HelpViewer& helpViewer() { return *help_; }
     const SwitchIndicators& indicators() const { return boxes_; }
     QString statusText() const;
+    // Makes the window taller when a status field needs more lines than it has room for
+    // (every tick does it).
+    void fitStatusFields();
 
     void cmdPoll();
     void cmdLog();
@@ -95,6 +100,7 @@ class MainWindow : public QMainWindow {
     void showLoggingStatus();
     void tickBody();
     void refreshTitle();
+    bool mayReplaceConfiguration();
     void fileNew();
     void fileLoad();
     void fileSave();
@@ -110,10 +116,12 @@ class MainWindow : public QMainWindow {
     std::unique_ptr<QtPrinter> printer_;
     std::unique_ptr<HelpViewer> help_;
     ErrorReport report_;
+    forms::WindowCalls guard_{st_, report_, this};
     WindowRegistry windows_;
     QTimer hiTime2_;
     SwitchIndicators boxes_;
     std::string portProblemTold_;
+    QString fittedStatus_;  // the status texts the window was last fitted to
 
     QPushButton* cmdPoll_;
     QPushButton* cmdLog_;

@@ -6,25 +6,28 @@
 #include <QPrinter>
 #include <QTextDocument>
 
+#include "app/qt_prompter.h"
 #include "core/forms/fixed_pitch_font.h"
 
 namespace kova::app {
 
-bool QtPrinter::choosePrinter(QPrinter& printer) {
+bool QtPrinter::choosePrinter(QPrinter& printer, QWidget* over) {
     if (!outputFile_.isEmpty()) {
         printer.setOutputFormat(QPrinter::PdfFormat);
         printer.setOutputFileName(outputFile_);
         return true;
     }
-    QPrintDialog dialog(&printer, parent_);
+    QWidget* owner = over ? over : owner_ ? owner_() : nullptr;
+    if (!owner) owner = parent_;
+    QPrintDialog dialog(&printer, owner);
     dialog.setObjectName("KovaPrintDialog");
-    return dialog.exec() == QDialog::Accepted;
+    return ExecOverOwner(dialog, owner) == QDialog::Accepted;
 }
 
 bool QtPrinter::printText(const std::string& documentName, const std::string& text) {
     QPrinter printer(QPrinter::HighResolution);
     printer.setDocName(QString::fromStdString(documentName));
-    if (!choosePrinter(printer)) return false;
+    if (!choosePrinter(printer, nullptr)) return false;
     QTextDocument doc;
     doc.setDefaultFont(forms::FixedPitchFont(10));
     doc.setPlainText(QString::fromStdString(text));
@@ -36,7 +39,7 @@ bool QtPrinter::printWidget(QWidget* window, const QString& documentName) {
     if (!window) return false;
     QPrinter printer(QPrinter::HighResolution);
     printer.setDocName(documentName);
-    if (!choosePrinter(printer)) return false;
+    if (!choosePrinter(printer, window)) return false;
     const QPixmap image = window->grab();
     QPainter painter;
     if (!painter.begin(&printer)) return false;

@@ -4,6 +4,7 @@
 #include <QPointer>
 #include <QString>
 #include <QWidget>
+#include <functional>
 
 #include "platform/printer.h"
 
@@ -14,6 +15,9 @@ namespace kova::app {
 class QtPrinter final : public Printer {
   public:
     explicit QtPrinter(QWidget* dialogParent = nullptr) : parent_(dialogParent) {}
+    // The print dialog opens over the window this names at the time of printing (the window
+    // whose button asked), instead of a fixed one.
+    void setDialogOwner(std::function<QWidget*()> owner) { owner_ = std::move(owner); }
     // Print into this PDF file instead of asking for a printer ("" asks again).
     void setOutputFile(const QString& pdfPath) { outputFile_ = pdfPath; }
 
@@ -22,9 +26,10 @@ class QtPrinter final : public Printer {
     bool printWidget(QWidget* window, const QString& documentName);
 
   private:
-    bool choosePrinter(QPrinter& printer);
+    bool choosePrinter(QPrinter& printer, QWidget* over);
 
     QPointer<QWidget> parent_;
+    std::function<QWidget*()> owner_;
     QString outputFile_;
 };
 

@@ -1,5 +1,5 @@
 #pragma once
-// The small seams on Qt: the status bar panel, the scan timer and the beep.
+// The small seams on Qt: the status line, the scan timer and the beep.
 #include <QLabel>
 #include <QPointer>
 #include <QTimer>
@@ -10,7 +10,7 @@
 
 namespace kova::app {
 
-// The first panel of the main window's status bar.
+// The main window's status line, the first field of its status bar: alarms and errors.
 class LabelStatusSink final : public StatusSink {
   public:
     explicit LabelStatusSink(QLabel* panel) : panel_(panel) {}

@@ -49,10 +49,32 @@ bool stepLine(Station& st, ControlForm& form, int step) {
 
 }  // namespace
 
+std::vector<std::string> ControlTagChoices(const Station& st) {
+    std::vector<std::string> names;
+    for (int i = 1; i <= kUserTags; ++i)
+        if (!st.tags[i].TagName.empty()) names.push_back(st.tags[i].TagName);
+    return names;
+}
+
+void ControlFormTablesChanged(const Station& st, ControlForm& form, TableChange change) {
+    if (change == TableChange::DaqType) return;
+    form.CboTag = ControlTagChoices(st);
+    if (change == TableChange::Configuration) {
+        form.ChkEnableControl = st.switches.ControlsEnabled != 0;
+        ShowControlLine(st, form);
+        return;
+    }
+    if (form.TxtIf == form.ShownIf && form.TxtThen == form.ShownThen &&
+        form.TxtElse == form.ShownElse) {
+        const bool rise = form.ChkIf;  // the box keeps what the user set
+        ShowControlLine(st, form);
+        form.ChkIf = rise;
+    }
+}
+
 ControlForm OpenControlForm(const Station& st) {
     ControlForm form;
-    for (int i = 1; i <= kUserTags; ++i)
-        if (!st.tags[i].TagName.empty()) form.CboTag.push_back(st.tags[i].TagName);
+    form.CboTag = ControlTagChoices(st);
     form.ChkEnableControl = st.switches.ControlsEnabled != 0;
     form.LblLineNo = 1;
     ShowControlLine(st, form);
@@ -65,6 +87,9 @@ void ShowControlLine(const Station& st, ControlForm& form) {
     form.TxtThen = line.ThenText;
     form.TxtElse = line.ElseText;
     form.ChkIf = line.ThenOnRise != 0;
+    form.ShownIf = form.TxtIf;
+    form.ShownThen = form.TxtThen;
+    form.ShownElse = form.TxtElse;
 }
 
 bool CheckLine(Station& st, ControlForm& form) {
@@ -135,7 +160,8 @@ void ControlFormInsert(Station& st, ControlForm& form) {
 }
 
 void ControlFormDelete(Station& st, ControlForm& form) {
-    if (!st.platform.prompter->askYesNo(control_text::kDeleteQuestion, control_text::kOptionTitle))
+    if (!st.platform.prompter->askYesNo(control_text::kDeleteQuestion, control_text::kOptionTitle,
+                                        DefaultAnswer::No))
         return;
     for (int k = form.LblLineNo; k < kControlLines; ++k)
         st.control.Lines[k] = st.control.Lines[k + 1];

@@ -33,6 +33,9 @@ struct ControlForm {
     std::string FailedBox;
     std::string FailedToken;
     int FailedLine = 0;
+
+    // What ShowLine put in the three text boxes: boxes showing it were not typed in.
+    std::string ShownIf{}, ShownThen{}, ShownElse{};
 };
 
 // Opening: fill CboTag, set ChkEnableControl from ControlsEnabled, show line 1.
@@ -40,6 +43,15 @@ ControlForm OpenControlForm(const Station& st);
 
 // ShowLine: the shown line's number, texts and ThenOnRise into the controls.
 void ShowControlLine(const Station& st, ControlForm& form);
+
+// The names CboTag offers: the user tags 1..32 that have a name, in tag order.
+std::vector<std::string> ControlTagChoices(const Station& st);
+
+// The tag table or the whole configuration changed while the window is open; `form` holds
+// what the controls show now. CboTag follows the table. When the user has not typed in the
+// three boxes, they show the line as it is now (a rename rewrites the statements). A new
+// configuration shows the line afresh, with the switch.
+void ControlFormTablesChanged(const Station& st, ControlForm& form, TableChange change);
 
 // CheckLine: compiles the shown texts (IF evaluated once, each assignment executed once,
 // which really writes its tag) and stores the three codes in the shown line. On a problem

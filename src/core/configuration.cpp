@@ -13,15 +13,15 @@ namespace {
 void clearScreens(ScreenTable& screens) {
     screens.Headers.fill(ScreenHeader{});
     screens.Lines.fill(ScreenLine{});
+    screens.JumpShownEmpty = 0;
 }
 
 void rebuildDerived(Station& st) {
     RebuildTagNameIndex(st.tags, st.nameIndex);
     RebuildModuleSummary(st);
 }
-}  // namespace
 
-void ApplyFileNewDefaults(Station& st) {
+void fileNewDefaults(Station& st) {
     ClearUserTags(st.tags);
     clearScreens(st.screens);
     ClearAlarms(st);
@@ -33,8 +33,8 @@ void ApplyFileNewDefaults(Station& st) {
     rebuildDerived(st);
 }
 
-void ApplyStartupDefaults(Station& st) {
-    ApplyFileNewDefaults(st);
+void startupDefaults(Station& st) {
+    fileNewDefaults(st);
     // Everything else a setup file holds goes back to its start-up value too, so nothing of
     // a file that failed half-way through remains.
     for (int i = 1; i <= kAlarmCount; ++i) st.alarms.Alarms[i] = AlarmDef{};
@@ -47,6 +47,17 @@ void ApplyStartupDefaults(Station& st) {
     st.daq.PrinterPortBase = 0;
     BuildIOList(st.profile, kDaqTest);
     rebuildDerived(st);
+}
+}  // namespace
+
+void ApplyFileNewDefaults(Station& st) {
+    fileNewDefaults(st);
+    st.changes.raise(TableChange::Configuration);
+}
+
+void ApplyStartupDefaults(Station& st) {
+    startupDefaults(st);
+    st.changes.raise(TableChange::Configuration);
 }
 
 void DeriveAfterLoad(Station& st) {
@@ -68,13 +79,24 @@ LoadOutcome LoadConfiguration(Station& st, const std::filesystem::path& file) {
             out.error = file.string() + ": " + f.what();
         }
     }
-    if (!out.ok) ApplyStartupDefaults(st);
+    if (!out.ok) startupDefaults(st);
+    st.screens.JumpShownEmpty = 0;
     ResetTrendSamples(st.trends);
+    RememberConfigurationAsSaved(st);
+    st.changes.raise(TableChange::Configuration);
     return out;
 }
 
 void SaveConfiguration(const Station& st, const std::filesystem::path& file) {
     SaveSetupFile(st, file);
+}
+
+void RememberConfigurationAsSaved(Station& st) {
+    st.savedConfiguration = ConfigurationFingerprint(st);
+}
+
+bool ConfigurationChanged(const Station& st) {
+    return ConfigurationFingerprint(st) != st.savedConfiguration;
 }
 
 LoadOutcome StartStation(Station& st) {

@@ -1,6 +1,7 @@
 #pragma once
 // The main window's rules: the check boxes beside the run buttons, what the Poll I/O,
 // Alarms and Control buttons switch, the calibration menu's check and the title.
+#include <functional>
 #include <string>
 
 #include "core/station.h"
@@ -33,7 +34,22 @@ void ToggleControls(Station& st);
 // module reads on such a port. "" when there is nothing to tell.
 std::string PortProblemToTell(const Station& st, std::string& told);
 
-// The main window's caption: the program and the setup file in use.
+// The main window's caption: the program, the setup file in use and the working folder
+// ("KOVA - Default.Suf - ~/Documents/KOVA").
 std::string MainWindowTitle(const Station& st);
+
+// The name of the setup file in use, without its folder.
+std::string SetupFileShortName(const Station& st);
+
+// "Save changes to NAME?", NAME the setup file's name.
+std::string SaveChangesQuestion(const Station& st);
+
+// Before File New, File Load and File Exit replace or drop the configuration: when it
+// differs from what was last loaded or saved (ConfigurationChanged), asks "Save changes to
+// NAME?" with Save, Discard and Cancel, Save the default. Save runs `save`, the ordinary
+// File Save, which returns false when it was cancelled or failed. True when the command
+// may go on: nothing changed, Discard, or Save that saved. Cancel, or a save that did not
+// happen, leaves everything as it was and returns false.
+bool MayReplaceConfiguration(Station& st, const std::function<bool()>& save);
 
 }  // namespace kova

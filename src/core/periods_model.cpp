@@ -17,6 +17,7 @@ PeriodsForm OpenPeriodsForm(const Station& st) {
 bool ExitPeriodsForm(Station& st, PeriodsForm& form) {
     Periods& p = st.periods;
     Prompter& prompt = *st.platform.prompter;
+    form.FailedBox = "TxtIOPeriod";  // until it has passed
 
     p.IOPeriod = strictTextToInt16(form.TxtIOPeriod);
     if (!form.OptIOSecs && p.IOPeriod < 50) {
@@ -24,6 +25,7 @@ bool ExitPeriodsForm(Station& st, PeriodsForm& form) {
         form.TxtIOPeriod = "50";
         return false;
     }
+    form.FailedBox = "TxtLogPeriod";
     p.IOUnits = form.OptIOSecs ? kUnitSeconds : kUnitMs;
     const long long ioMs = static_cast<long long>(p.IOPeriod) * p.IOUnits;
 
@@ -37,11 +39,13 @@ bool ExitPeriodsForm(Station& st, PeriodsForm& form) {
     const long long logMs = static_cast<long long>(p.LogPeriod) * p.LogUnits;
 
     if (ioMs > logMs) {
+        form.FailedBox = "TxtIOPeriod";
         prompt.message("Period for I/O Readings must be less than or equal to Logging Period",
                        "ERROR");
         return false;
     }
     p.TrendAtLogPeriod = form.OptLogTrend ? -1 : 0;
+    form.FailedBox.clear();
     return true;
 }
 

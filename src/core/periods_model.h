@@ -13,6 +13,8 @@ struct PeriodsForm {
     std::string TxtLogPeriod;
     bool OptLogSecs = true;    // false: OptLogmSecs
     bool OptLogTrend = false;  // false: OptIOTrend
+    // After a refusal: the period box at fault ("TxtIOPeriod", "TxtLogPeriod"), "" if none.
+    std::string FailedBox{};
 };
 
 // What the window shows when it opens.

@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <limits>
 #include <memory>
+#include <string_view>
 
 #include "core/atomic_file.h"
 #include "core/fault.h"
@@ -132,6 +133,64 @@ class Writer {
 
     int record_ = 0;
     std::string label_;
+};
+
+// The writer's bytes with the values that move by themselves while the station runs left
+// out: a tag's Value (every scan), an alarm's State and LastText (every alarm check), a
+// control line's LastResult (every control pass) and a screen line's Editing flag (the
+// cursor in a readings screen). A control line's codes are left out too: they are compiled
+// from its texts (the control window compiles them again whenever it checks a line, an
+// empty IF becoming ","), so they change only when the texts do. A jump target the screen set-up window shows as an empty
+// box counts as the 0 it stores again, and a variant counts by its value, not its type. What the
+// file could not hold (a record too long, a character outside Windows-1252) is kept whole, so that
+// no change is lost in comparing.
+class Fingerprint : public Writer {
+  public:
+    explicit Fingerprint(const Station& st) : st_(st) {}
+
+    template <class F>
+    void record(const std::string& label, F fn) {
+        if (label.ends_with(" header")) ++screen_;
+        const std::size_t start = out.size();
+        fn();
+        const std::size_t used = out.size() - start;
+        if (used < kRecord) out.append(kRecord - used, '\0');
+    }
+    void i16(const char* name, std::int16_t v) {
+        const std::string_view field = name;
+        if (field == "State" || field == "LastResult" || field == "Editing") return;
+        if (field == "JumpTo" && screen_ == st_.screens.JumpShownEmpty && v == 1) v = 0;
+        Writer::i16(name, v);
+    }
+    void f32(const char* name, float v) {
+        if (std::string_view(name) == "Value") return;
+        Writer::f32(name, v);
+    }
+    void text(const char* name, const std::string& utf8) {
+        const std::string_view field = name;
+        if (field == "LastText" || field == "IfCode" || field == "ThenCode" ||
+            field == "ElseCode")
+            return;
+        Writer::i32(name, static_cast<std::int32_t>(utf8.size()));
+        out += utf8;
+    }
+    // A number compares by its value, whatever type carries it: a window that stores the
+    // 0 it showed as a double where the file had an integer has changed nothing.
+    void variant(const char* name, const Variant& v) {
+        if (v.type == kVarString) {
+            Writer::i16(name, 1);
+            text(name, v.text);
+        } else if (v.type == kVarEmpty || v.type == kVarNull) {
+            Writer::i16(name, 0);
+        } else {
+            Writer::i16(name, 2);
+            f64(v.number);
+        }
+    }
+
+  private:
+    const Station& st_;
+    int screen_ = 0;
 };
 
 // Reads the items. Every record starts at a fixed place, so after a bad record the reader
@@ -281,6 +340,12 @@ std::string EncodeSetupFile(const Station& st) {
     VisitSetupItems(st, w);
     if (!w.problems.empty()) throw Fault(FaultKind::File, "cannot save: " + w.problems.front());
     return std::move(w.out);
+}
+
+std::string ConfigurationFingerprint(const Station& st) {
+    Fingerprint f(st);
+    VisitSetupItems(st, f);
+    return std::move(f.out);
 }
 
 std::vector<std::string> FindSetupFileProblems(const std::string& bytes) {

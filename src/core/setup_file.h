@@ -23,6 +23,12 @@ std::vector<std::string> FindUnsavableItems(const Station& st);
 // that cannot be stored.
 std::string EncodeSetupFile(const Station& st);
 
+// What File Save would write, without the values that move by themselves while the station
+// runs (tag values, alarm states and lines, control results, the readings screens' editing
+// flags) and without the control lines' codes, which follow their texts. Two configurations with the same fingerprint differ only in run-time values.
+// Never faults: an item the file cannot hold is compared as it stands.
+std::string ConfigurationFingerprint(const Station& st);
+
 // Every problem of a setup file's bytes: a record cut short, a length running past its
 // record, an unknown variant type, missing records. A corrupt record does not hide the
 // ones after it (every record starts at a fixed place); a file that ends early gives one

@@ -1,5 +1,6 @@
 #include "core/station.h"
 
+#include "core/configuration.h"
 #include "platform/null_platform.h"
 #include "tags/tag_table.h"
 
@@ -27,6 +28,9 @@ Station::Station() {
     InitSystemTags(tags);
     RebuildTagNameIndex(tags, nameIndex);
     BuildIOList(profile, kDaqTest);
+    // Nothing loaded yet: the empty configuration counts as saved, so nothing is asked
+    // before it is replaced.
+    RememberConfigurationAsSaved(*this);
 }
 
 }  // namespace kova

@@ -7,6 +7,7 @@
 
 #include "alarms/alarm_table.h"
 #include "control/control_table.h"
+#include "core/change_notice.h"
 #include "core/periods.h"
 #include "core/run_switches.h"
 #include "core/scan_state.h"
@@ -62,7 +63,11 @@ struct Station {
 
     std::string setupFileName;            // the setup file in use
     std::filesystem::path workingFolder;  // where "Default.Suf" and "KOVA_P.CAL" live
+    // The configuration as it was last loaded or saved (its fingerprint, without the values
+    // that move while the station runs): a user is asked before work that differs is lost.
+    std::string savedConfiguration;
     Platform platform;
+    ChangeNotice changes;  // the tag table, the DAQ type or the configuration changed
 
     Station();
     Station(const Station&) = delete;

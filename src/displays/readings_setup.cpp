@@ -37,6 +37,7 @@ bool storeLine(Station& st, int screen, int line, const std::string& text, bool 
 // The jump box: empty stores 0; text that is no number stores 0 and is refused; a number
 // outside 0..10 is refused and leaves the target as it was.
 bool storeJump(Station& st, ScreenHeader& h, const std::string& text) {
+    st.screens.JumpShownEmpty = 0;  // the box's own value is stored from here on
     if (const std::string refusal = JumpToRefusal(text); !refusal.empty()) {
         refuse(st, refusal);
         if (!isNumeric(text)) h.JumpTo = 0;
@@ -98,14 +99,38 @@ void LoadSetupScreen(Station& st, ScreenSetupForm& form, int n) {
     } else {
         // Read as target 1 until the screen is saved again with the box still empty.
         h.JumpTo = 1;
+        st.screens.JumpShownEmpty = n;
         form.TxtJump.clear();
     }
     for (int row = 0; row < kScreenRows; ++row) {
         const ScreenLine& an = st.screens.Lines(n, row + 1);
         form.CboAnTag[row] = an.TagName;
+        form.ShownAnTag[row] = an.TagName;
         form.LblAn[row] = descriptionOf(st, an.TagNumber);
         const ScreenLine& dig = st.screens.Lines(n, row + kDigitalFirstLine);
         form.CboDigTag[row] = dig.TagName;
+        form.ShownDigTag[row] = dig.TagName;
+        form.LblDig[row] = descriptionOf(st, dig.TagNumber);
+    }
+}
+
+void ScreenSetupTablesChanged(Station& st, ScreenSetupForm& form, TableChange change) {
+    if (change == TableChange::DaqType) return;
+    form.AnalogChoices = ScreenTagChoices(st.tags, kAnalog);
+    form.DigitalChoices = ScreenTagChoices(st.tags, kDigital);
+    const int n = form.LblScrNo;
+    if (change == TableChange::Configuration) {
+        LoadSetupScreen(st, form, n);
+        return;
+    }
+    for (int row = 0; row < kScreenRows; ++row) {
+        const ScreenLine& an = st.screens.Lines(n, row + 1);
+        if (form.CboAnTag[row] == form.ShownAnTag[row]) form.CboAnTag[row] = an.TagName;
+        form.ShownAnTag[row] = an.TagName;
+        form.LblAn[row] = descriptionOf(st, an.TagNumber);
+        const ScreenLine& dig = st.screens.Lines(n, row + kDigitalFirstLine);
+        if (form.CboDigTag[row] == form.ShownDigTag[row]) form.CboDigTag[row] = dig.TagName;
+        form.ShownDigTag[row] = dig.TagName;
         form.LblDig[row] = descriptionOf(st, dig.TagNumber);
     }
 }
@@ -122,21 +147,44 @@ int SaveSetupScreen(Station& st, const ScreenSetupForm& form) {
     return 0;
 }
 
+namespace {
+// The box SaveSetupScreen refused: its checks again, without a message.
+std::string failedBox(const Station& st, const ScreenSetupForm& form) {
+    if (!JumpToRefusal(form.TxtJump).empty()) return "TxtJump";
+    int n = 0;
+    for (int row = 0; row < kScreenRows; ++row)
+        if (!ScreenLineRefusal(st, form.CboAnTag[row], false, n).empty())
+            return "CboAnTag" + std::to_string(row);
+    for (int row = 0; row < kScreenRows; ++row)
+        if (!ScreenLineRefusal(st, form.CboDigTag[row], true, n).empty())
+            return "CboDigTag" + std::to_string(row);
+    return {};
+}
+
+// SaveSetupScreen that also notes the box at fault when it refuses.
+bool saveShown(Station& st, ScreenSetupForm& form) {
+    form.FailedBox.clear();
+    if (SaveSetupScreen(st, form) == 0) return true;
+    form.FailedBox = failedBox(st, form);
+    return false;
+}
+}  // namespace
+
 bool NextSetupScreen(Station& st, ScreenSetupForm& form) {
-    if (SaveSetupScreen(st, form) != 0) return false;
+    if (!saveShown(st, form)) return false;
     LoadSetupScreen(st, form, form.LblScrNo == kScreens ? 1 : form.LblScrNo + 1);
     return true;
 }
 
 bool PrevSetupScreen(Station& st, ScreenSetupForm& form) {
-    if (SaveSetupScreen(st, form) != 0) return false;
+    if (!saveShown(st, form)) return false;
     LoadSetupScreen(st, form, form.LblScrNo == 1 ? kScreens : form.LblScrNo - 1);
     return true;
 }
 
 bool ExitSetupScreens(Station& st, ScreenSetupForm& form) {
-    if (SaveSetupScreen(st, form) == 0) return true;
-    return st.platform.prompter->askYesNo(kExitQuestion, kExitQuestionTitle);
+    if (saveShown(st, form)) return true;
+    return st.platform.prompter->askYesNo(kExitQuestion, kExitQuestionTitle, DefaultAnswer::No);
 }
 
 void AskPickerFromRow(ScreenSetupForm& form, int row) {

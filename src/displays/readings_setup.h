@@ -31,6 +31,11 @@ struct ScreenSetupForm {
     std::vector<std::string> AnalogChoices;   // every CboAnTag list
     std::vector<std::string> DigitalChoices;  // every CboDigTag list
     int PickerRow = -1;  // the analog row that opened the tag picker, -1 = none
+    // What LoadSetupScreen put in the rows: a row showing it was not typed in.
+    std::array<std::string, kScreenRows> ShownAnTag{};
+    std::array<std::string, kScreenRows> ShownDigTag{};
+    // After a refused screen: the box at fault ("TxtJump", "CboAnTag3", "CboDigTag0", ...).
+    std::string FailedBox{};
 };
 
 // The lists: TagName of every user tag 1..32 of that kind, in tag order (unused tags are
@@ -57,6 +62,12 @@ std::string ScreenLineRefusal(const Station& st, const std::string& text, bool d
 // SaveSetupScreen's check of the jump box: the message it shows, "" when it takes the text
 // (an empty box, or a whole number 0..10 once rounded).
 std::string JumpToRefusal(const std::string& text);
+
+// The tag table or the whole configuration changed while the window is open; `form` holds
+// what the controls show now. The lists and the descriptions follow the table, and every
+// row the user has not typed in shows its line's tag as it is now named. A new
+// configuration shows the screen afresh.
+void ScreenSetupTablesChanged(Station& st, ScreenSetupForm& form, TableChange change);
 
 // "&Next" / "&Previous": save, then move on (after 10 comes 1, before 1 comes 10). A failed
 // save stays on the screen. True when the form moved.

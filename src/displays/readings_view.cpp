@@ -50,6 +50,26 @@ void showDigitalState(Station& st, ReadingsViewForm& form, int row) {
     if (r.ChkDig != ticked) DigitalBoxChanged(st, form, row, ticked);
 }
 
+// An output or a variable takes the operator's writes; an input is only read.
+bool writable(const Tag* t) {
+    return t && (t->Direction == kOutput || t->Direction == kVariable);
+}
+
+// What every row says of its tag: prefix and label, units, and whether it takes writes.
+void labelRows(Station& st, ReadingsViewForm& form) {
+    for (int row = 0; row < kScreenRows; ++row) {
+        ReadingsAnalogRow& a = form.Analog[static_cast<std::size_t>(row)];
+        const Tag* t = tagOf(st, analogLine(st, form, row));
+        a.TxtLabel = t ? DirectionPrefix(t->Direction) + t->Label : std::string();
+        a.TxtUnits = t ? t->Units : std::string();
+        form.AnalogWritable[static_cast<std::size_t>(row)] = writable(t);
+        ReadingsDigitalRow& d = form.Digital[static_cast<std::size_t>(row)];
+        const Tag* dt = tagOf(st, digitalLine(st, form, row));
+        d.LblDIP = dt ? DirectionPrefix(dt->Direction) + dt->Label : std::string();
+        form.DigitalWritable[static_cast<std::size_t>(row)] = writable(dt);
+    }
+}
+
 void showScreen(Station& st, ReadingsViewForm& form, int n) {
     form.Screen = n;
     DrawScreen(st, form);
@@ -83,20 +103,9 @@ void DrawScreen(Station& st, ReadingsViewForm& form) {
     form.TxtScreen = h.Title;
     for (int line = 1; line <= 2 * kScreenRows; ++line)
         st.screens.Lines(form.Screen, line).Editing = 0;
+    labelRows(st, form);
     for (int row = 0; row < kScreenRows; ++row) {
-        ReadingsAnalogRow& a = form.Analog[static_cast<std::size_t>(row)];
-        const ScreenLine& line = analogLine(st, form, row);
-        if (const Tag* t = tagOf(st, line)) {
-            a.TxtLabel = DirectionPrefix(t->Direction) + t->Label;
-            a.TxtUnits = t->Units;
-        } else {
-            a = ReadingsAnalogRow{};
-        }
-        showAnalogValue(st, line, a);
-
-        const Tag* d = tagOf(st, digitalLine(st, form, row));
-        form.Digital[static_cast<std::size_t>(row)].LblDIP =
-            d ? DirectionPrefix(d->Direction) + d->Label : std::string();
+        showAnalogValue(st, analogLine(st, form, row), form.Analog[static_cast<std::size_t>(row)]);
         showDigitalState(st, form, row);
     }
 }
@@ -108,6 +117,15 @@ void RefreshScreen(Station& st, ReadingsViewForm& form) {
             showAnalogValue(st, line, form.Analog[static_cast<std::size_t>(row)]);
         showDigitalState(st, form, row);
     }
+}
+
+void ReadingsViewTablesChanged(Station& st, ReadingsViewForm& form, TableChange change) {
+    if (change == TableChange::DaqType) return;
+    if (change == TableChange::Configuration) {
+        DrawScreen(st, form);
+        return;
+    }
+    labelRows(st, form);
 }
 
 void ReadTimerTick(Station& st, ReadingsViewForm& form) {

@@ -35,6 +35,10 @@ struct ReadingsViewForm {
     bool VOptLog = false;
     std::array<ReadingsAnalogRow, kScreenRows> Analog;
     std::array<ReadingsDigitalRow, kScreenRows> Digital;
+    // Rows whose tag takes the operator's writes (an output or a variable): a value may be
+    // typed, a box ticked. An input's row, and an empty one, only shows.
+    std::array<bool, kScreenRows> AnalogWritable{};
+    std::array<bool, kScreenRows> DigitalWritable{};
 };
 
 // "I-", "O-" or "V-" for Direction 0, 1 or 2, then the label.
@@ -51,6 +55,11 @@ void DrawScreen(Station& st, ReadingsViewForm& form);
 // show EngText1 and a cleared box for 0, EngText2 and a ticked box otherwise. A tick box
 // that changes here runs its change handler as an operator's click does.
 void RefreshScreen(Station& st, ReadingsViewForm& form);
+
+// The tag table or the whole configuration changed while the window is open. After a tag
+// change the labels, prefixes and units follow the tags; values and a box being typed in
+// stay as they are. A new configuration draws the screen afresh.
+void ReadingsViewTablesChanged(Station& st, ReadingsViewForm& form, TableChange change);
 
 // One ReadTimer tick: the logging tick, RefreshScreen, then the pending outputs sent.
 void ReadTimerTick(Station& st, ReadingsViewForm& form);

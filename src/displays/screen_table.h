@@ -24,6 +24,9 @@ struct ScreenLine {
 struct ScreenTable {
     Table<ScreenHeader, 10> Headers;
     Grid<ScreenLine, 10, 20> Lines;  // (screen, line)
+    // The screen whose jump target of 0 reads as 1 only while the set-up window shows it
+    // with an empty box (saving it stores 0 again); 0 = none. Not part of the file.
+    int JumpShownEmpty = 0;
 };
 
 }  // namespace kova

@@ -7,10 +7,22 @@ namespace kova {
 
 namespace {
 
-void moveTo(Station& st, SetTrendForm& form, int step) {
-    if (SaveTrend(st, form)) return;
+// SaveTrend that also notes the pen at fault; true when the trend was stored.
+bool saveShown(Station& st, SetTrendForm& form) {
+    form.FailedPen = 0;
+    if (!SaveTrend(st, form)) return true;
+    for (int pen = 1; pen <= 4 && form.FailedPen == 0; ++pen) {
+        int tag = 0;
+        if (!TrendPenRefusal(st, form.CboTagNo[pen - 1], tag).empty()) form.FailedPen = pen;
+    }
+    return false;
+}
+
+bool moveTo(Station& st, SetTrendForm& form, int step) {
+    if (!saveShown(st, form)) return false;
     st.trends.CurrentTrend = StepTrend(st.trends.CurrentTrend, step);
     DisplayTrend(st, form);
+    return true;
 }
 
 }  // namespace
@@ -28,6 +40,23 @@ void DisplayTrend(const Station& st, SetTrendForm& form) {
     form.TagList.clear();
     for (int i = 1; i <= kUserTags; ++i) form.TagList.push_back(st.tags[i].TagName);
     for (int pen = 1; pen <= 4; ++pen) form.CboTagNo[pen - 1] = TrendPenText(st, trend, pen);
+    form.ShownPens = form.CboTagNo;
+}
+
+void SetTrendTablesChanged(const Station& st, SetTrendForm& form, TableChange change) {
+    if (change == TableChange::DaqType) return;
+    if (change == TableChange::Configuration) {
+        DisplayTrend(st, form);
+        return;
+    }
+    form.TagList.clear();
+    for (int i = 1; i <= kUserTags; ++i) form.TagList.push_back(st.tags[i].TagName);
+    const int trend = st.trends.CurrentTrend;
+    for (int pen = 1; pen <= 4; ++pen) {
+        const std::string now = TrendPenText(st, trend, pen);
+        if (form.CboTagNo[pen - 1] == form.ShownPens[pen - 1]) form.CboTagNo[pen - 1] = now;
+        form.ShownPens[pen - 1] = now;
+    }
 }
 
 std::string TrendPenText(const Station& st, int trend, int pen) {
@@ -59,16 +88,16 @@ bool SaveTrend(Station& st, const SetTrendForm& form) {
     return false;
 }
 
-void SetTrendNext(Station& st, SetTrendForm& form) {
-    moveTo(st, form, +1);
+bool SetTrendNext(Station& st, SetTrendForm& form) {
+    return moveTo(st, form, +1);
 }
 
-void SetTrendPrevious(Station& st, SetTrendForm& form) {
-    moveTo(st, form, -1);
+bool SetTrendPrevious(Station& st, SetTrendForm& form) {
+    return moveTo(st, form, -1);
 }
 
-bool SetTrendExit(Station& st, const SetTrendForm& form) {
-    return !SaveTrend(st, form);
+bool SetTrendExit(Station& st, SetTrendForm& form) {
+    return saveShown(st, form);
 }
 
 }  // namespace kova

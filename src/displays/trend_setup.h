@@ -22,6 +22,9 @@ struct SetTrendForm {
     std::string LblTrendNo;               // the trend being edited
     std::vector<std::string> TagList;     // every pen box's list: the names of tags 1..32
     std::array<std::string, 4> CboTagNo;  // the text of pen 1..4 (element 0 is pen 1)
+    // What DisplayTrend put in the pen boxes: a box showing it was not typed in.
+    std::array<std::string, 4> ShownPens{};
+    int FailedPen = 0;  // after a refused trend: the pen (1..4) whose name was not found
     bool operator==(const SetTrendForm&) const = default;
 };
 
@@ -49,11 +52,18 @@ inline constexpr const char* kSetTrendErrorTitle = "ERROR";
 bool SaveTrend(Station& st, const SetTrendForm& form);
 
 // "&Next" / "&Previous": store the trend, then move one trend on or back (10 wraps to 1, 1
-// to 10) and show it. On an error the form stays on the trend as it is.
-void SetTrendNext(Station& st, SetTrendForm& form);
-void SetTrendPrevious(Station& st, SetTrendForm& form);
+// to 10) and show it. On an error the form stays on the trend as it is (FailedPen names
+// the pen at fault) and false is returned.
+bool SetTrendNext(Station& st, SetTrendForm& form);
+bool SetTrendPrevious(Station& st, SetTrendForm& form);
 
 // "E&xit": stores the trend; true when the window may close.
-bool SetTrendExit(Station& st, const SetTrendForm& form);
+bool SetTrendExit(Station& st, SetTrendForm& form);
+
+// The tag table or the whole configuration changed while the window is open; `form` holds
+// what the boxes show now. The lists follow the table, and every pen box the user has not
+// typed in shows its pen's tag as it is now named. A new configuration shows the trend
+// afresh.
+void SetTrendTablesChanged(const Station& st, SetTrendForm& form, TableChange change);
 
 }  // namespace kova

@@ -38,43 +38,39 @@ std::string timeText(double hours, double minutes) {
     return buf;
 }
 
-bool checkSampleCount(Station& st, const StartLogForm& form) {
-    Prompter& prompt = *st.platform.prompter;
+// A refusal: its message, and the box where the keyboard goes back.
+bool refuse(Station& st, StartLogForm& form, const char* box, const char* text, const char* title) {
+    form.FailedBox = box;
+    st.platform.prompter->message(text, title);
+    return false;
+}
+
+bool checkSampleCount(Station& st, StartLogForm& form) {
     if (!form.TxtSampleNo.empty()) {
         const double count = leadingNumber(form.TxtSampleNo);
         st.logging.StopSampleCount = Variant::real(count);
-        if (!isNumeric(form.TxtSampleNo) || count < 0 || count > 32000) {
-            prompt.message(logtext::kSampleNumberRange, logtext::kTitleERROR);
-            return false;
-        }
+        if (!isNumeric(form.TxtSampleNo) || count < 0 || count > 32000)
+            return refuse(st, form, "TxtSampleNo", logtext::kSampleNumberRange,
+                          logtext::kTitleERROR);
     } else if (st.logging.LogMode == 0) {
-        prompt.message(logtext::kEnterNumberOfSamples, logtext::kTitleERROR);
-        return false;
+        return refuse(st, form, "TxtSampleNo", logtext::kEnterNumberOfSamples,
+                      logtext::kTitleERROR);
     }
     return true;
 }
 
-bool checkTagCondition(Station& st, const StartLogForm& form) {
-    Prompter& prompt = *st.platform.prompter;
+bool checkTagCondition(Station& st, StartLogForm& form) {
     const std::string name = upper(form.CboTag);
     if (name.empty() && st.logging.LogMode != 1) return true;
-    if (name.empty()) {
-        prompt.message(logtext::kTagNameEmpty, kAppTitle);
-        return false;
-    }
+    if (name.empty()) return refuse(st, form, "CboTag", logtext::kTagNameEmpty, kAppTitle);
     const int number = FindTag(st.nameIndex, name);
-    if (number < 1 || number > kUserTags) {
-        prompt.message(logtext::kTagNotFound, logtext::kTitleError);
-        return false;
-    }
-    if (!numberFits(form.TxtStartValue, DBL_MAX)) {
-        prompt.message(logtext::kStartValueNotNumber, logtext::kTitleError);
-        return false;
-    }
-    if (!numberFits(form.TxtStopValue, FLT_MAX)) {
-        prompt.message(logtext::kStopValueNotNumber, logtext::kTitleError);
-        return false;
-    }
+    if (number < 1 || number > kUserTags)
+        return refuse(st, form, "CboTag", logtext::kTagNotFound, logtext::kTitleError);
+    if (!numberFits(form.TxtStartValue, DBL_MAX))
+        return refuse(st, form, "TxtStartValue", logtext::kStartValueNotNumber,
+                      logtext::kTitleError);
+    if (!numberFits(form.TxtStopValue, FLT_MAX))
+        return refuse(st, form, "TxtStopValue", logtext::kStopValueNotNumber, logtext::kTitleError);
     LogSettings& s = st.logging;
     s.ConditionTag = static_cast<std::int16_t>(number);
     s.StartValue = Variant::real(leadingNumber(form.TxtStartValue));
@@ -131,18 +127,35 @@ std::vector<std::string> ConditionTagChoices(const Station& st) {
     return names;
 }
 
+void StartLogTablesChanged(const Station& st, StartLogForm& form, StartLogForm& shown,
+                           TableChange change) {
+    if (change == TableChange::DaqType) return;
+    const StartLogForm now = OpenStartLogForm(st);
+    if (change == TableChange::Configuration) {
+        form = shown = now;
+        return;
+    }
+    if (form.CboTag == shown.CboTag) form.CboTag = now.CboTag;
+    shown.CboTag = now.CboTag;
+}
+
 bool ExitStartLogForm(Station& st, StartLogForm& form) {
+    form.FailedBox.clear();
     LogSettings& s = st.logging;
     s.LogMode = static_cast<std::int16_t>(form.OptLogMode);
 
     if (!checkSampleCount(st, form)) return false;
     if (!checkTagCondition(st, form)) return false;
     if (!checkTime(st, form.TxtStartTime, logtext::kStartTimeFormat, s.StartHour, s.StartMinute,
-                   [&](std::int32_t secs) { s.StartTimeSecs = Variant::longInt(secs); }))
+                   [&](std::int32_t secs) { s.StartTimeSecs = Variant::longInt(secs); })) {
+        form.FailedBox = "TxtStartTime";
         return false;
+    }
     if (!checkTime(st, form.TxtStopTime, logtext::kStopTimeFormat, s.StopHour, s.StopMinute,
-                   [&](std::int32_t secs) { s.StopTimeSecs = secs; }))
+                   [&](std::int32_t secs) { s.StopTimeSecs = secs; })) {
+        form.FailedBox = "TxtStopTime";
         return false;
+    }
 
     if (form.ChkLogging && s.LogFileName.empty()) {
         st.platform.prompter->message(logtext::kNoLogFileName, kAppTitle);

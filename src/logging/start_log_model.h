@@ -19,12 +19,22 @@ struct StartLogForm {
     std::string TxtStartTime;
     std::string TxtStopTime;
     bool ChkLogging = false;
+    // After a refused Exit: the box at fault ("TxtSampleNo", "CboTag", "TxtStartValue",
+    // "TxtStopValue", "TxtStartTime", "TxtStopTime"); "" otherwise.
+    std::string FailedBox{};
 };
 
 // What the window shows when it opens.
 StartLogForm OpenStartLogForm(const Station& st);
 // The names CboTag offers: the named tags 1..32 in tag order.
 std::vector<std::string> ConditionTagChoices(const Station& st);
+
+// The tag table or the whole configuration changed while the window is open. `form` holds
+// what the controls show now, `shown` what the window showed when it opened. A condition tag
+// box the user has not typed in shows the condition tag as it is now named; a new
+// configuration shows the window afresh (both forms).
+void StartLogTablesChanged(const Station& st, StartLogForm& form, StartLogForm& shown,
+                           TableChange change);
 
 // Exit: the checks in their order; the first failure shows its message and returns false
 // (the window stays open, values stored by earlier steps stay stored). Returns true when

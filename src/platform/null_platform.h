@@ -10,7 +10,11 @@ namespace kova {
 class NullPrompter final : public Prompter {
   public:
     void message(const std::string&, const std::string&) override {}
-    bool askYesNo(const std::string&, const std::string&) override { return false; }
+    bool askYesNo(const std::string&, const std::string&, DefaultAnswer) override { return false; }
+    // Nobody to ask: nothing is replaced.
+    SaveChoice askSaveDiscardCancel(const std::string&, const std::string&) override {
+        return SaveChoice::Cancel;
+    }
     std::optional<std::string> input(const std::string&, const std::string&) override {
         return std::nullopt;
     }

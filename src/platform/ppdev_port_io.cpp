@@ -14,7 +14,8 @@ std::string PpdevProblemText(const std::string& path, const std::string& step, i
             return path + ": no such port (no parallel port driver loaded or no printer port)";
         case EACCES:
         case EPERM:
-            return path + ": permission denied: add your user to group lp";
+            // The one command that fixes it; group membership counts from the next login.
+            return path + ": permission denied: add your user to group lp (" + kJoinGroupLp + ")";
         case ENOSYS:
             return path + ": this system has no parallel port support";
         case EBUSY:

@@ -21,6 +21,9 @@
 
 namespace kova {
 
+// What a user who may not open /dev/parport* types (the devices belong to group lp).
+inline constexpr const char* kJoinGroupLp = "sudo adduser $USER lp, then log in again";
+
 // The clear text for a failed ppdev step on device path ("open", "PPEXCL", "PPCLAIM", a
 // register request) with its errno value.
 std::string PpdevProblemText(const std::string& path, const std::string& step, int err);

@@ -4,8 +4,10 @@
 #include <cfloat>
 #include <cmath>
 
+#include "alarms/alarm_setup.h"
 #include "control/line_check.h"
 #include "core/numeric.h"
+#include "core/setup_items.h"
 #include "core/text_encoding.h"
 #include "daq/driver_dispatch.h"
 #include "platform/printer.h"
@@ -24,6 +26,12 @@ constexpr const char* kQuestionTitle = "Option";
 bool fail(Station& st, const std::string& text) {
     st.platform.prompter->message(text, kErrorTitle);
     return false;
+}
+
+// A refusal whose fault lies in one box: the keyboard goes back there.
+bool failAt(Station& st, TagForm& f, const char* box, const std::string& text) {
+    f.FailedBox = box;
+    return fail(st, text);
 }
 
 bool isDigitalName(const std::string& ioName, std::int16_t kind) {
@@ -64,18 +72,20 @@ constexpr KindTexts kDigitalTexts{"DAQ Address must be between 1", " has no Digi
                                   " has no Digital Outputs ",
                                   "I/O Number of Digital Outputs must be between 1 and "};
 
-bool checkChannel(Station& st, const IONameClass& c, double address, const KindTexts& texts,
-                  int inputs, int outputs) {
+bool checkChannel(Station& st, TagForm& f, const IONameClass& c, double address,
+                  const KindTexts& texts, int inputs, int outputs) {
     const std::string& type = st.profile.TypeString;
-    if (address != 1) return fail(st, texts.address);
+    if (address != 1) return failAt(st, f, "TxtRTUAddr", texts.address);
     if (c.Direction == kVariable && c.IONumber != 0)
-        return fail(st, "For a Variable the I/O Number must be 0");
+        return failAt(st, f, "CboIOName", "For a Variable the I/O Number must be 0");
     if (c.Direction == kInput && (c.IONumber < 1 || c.IONumber > inputs))
-        return fail(st, inputs == 0 ? "The " + type + texts.inputsNone
-                                    : texts.inputsRange + std::to_string(inputs));
+        return failAt(st, f, "CboIOName",
+                      inputs == 0 ? "The " + type + texts.inputsNone
+                                  : texts.inputsRange + std::to_string(inputs));
     if (c.Direction == kOutput && (c.IONumber < 1 || c.IONumber > outputs))
-        return fail(st, outputs == 0 ? "The " + type + texts.outputsNone
-                                     : texts.outputsRange + std::to_string(outputs));
+        return failAt(st, f, "CboIOName",
+                      outputs == 0 ? "The " + type + texts.outputsNone
+                                   : texts.outputsRange + std::to_string(outputs));
     return true;
 }
 
@@ -89,41 +99,46 @@ bool listed(const DaqProfile& profile, const std::string& ioName) {
 // The checks a careful editor adds where a record would otherwise be stored damaged:
 // numbers that are not numbers, equal raw points typed differently ("1" and "01", a
 // division by zero), scaling points whose slope a single cannot hold.
-bool checkNumbers(Station& st, const TagForm& f) {
+bool checkNumbers(Station& st, TagForm& f) {
     if (!isRawNumber(f.TxtRawValue1))
-        return fail(st, "Raw Value1 must be a whole number between -32768 and 32767");
+        return failAt(st, f, "TxtRawValue1",
+                      "Raw Value1 must be a whole number between -32768 and 32767");
     if (!isRawNumber(f.TxtRawValue2))
-        return fail(st, "Raw Value2 must be a whole number between -32768 and 32767");
-    if (!isSingleNumber(f.TxtEngValue1)) return fail(st, "Engineering Value1 must be a number");
-    if (!isSingleNumber(f.TxtEngValue2)) return fail(st, "Engineering Value2 must be a number");
+        return failAt(st, f, "TxtRawValue2",
+                      "Raw Value2 must be a whole number between -32768 and 32767");
+    if (!isSingleNumber(f.TxtEngValue1))
+        return failAt(st, f, "TxtEngValue1", "Engineering Value1 must be a number");
+    if (!isSingleNumber(f.TxtEngValue2))
+        return failAt(st, f, "TxtEngValue2", "Engineering Value2 must be a number");
     const double raw1 = leadingNumber(f.TxtRawValue1);
     const double raw2 = leadingNumber(f.TxtRawValue2);
-    if (raw1 == raw2) return fail(st, "Raw Value1 and Raw Value2 must be different numbers");
+    if (raw1 == raw2)
+        return failAt(st, f, "TxtRawValue2", "Raw Value1 and Raw Value2 must be different numbers");
     const double eng1 = static_cast<float>(leadingNumber(f.TxtEngValue1));
     const double eng2 = static_cast<float>(leadingNumber(f.TxtEngValue2));
     const double slope = static_cast<float>((eng2 - eng1) / (raw2 - raw1));
     if (!fitsSingle((eng2 - eng1) / (raw2 - raw1)) || !fitsSingle(eng1 - raw1 * slope))
-        return fail(st, "The scaling points give a slope too large to store");
+        return failAt(st, f, "TxtEngValue2", "The scaling points give a slope too large to store");
     return true;
 }
 
 // A description that would split the log's columns, a record the setup file cannot hold.
-bool checkRecord(Station& st, const TagForm& f, const Tag& record) {
+bool checkRecord(Station& st, TagForm& f, const Tag& record) {
     if (f.TxtLabel.find(',') != std::string::npos)
-        return fail(st,
-                    "The Description cannot contain a comma: it is the heading of the tag's "
-                    "column in the log file");
+        return failAt(st, f, "TxtLabel",
+                      "The Description cannot contain a comma: it is the heading of the tag's "
+                      "column in the log file");
     const auto bytes = TagRecordBytes(record);
     if (!bytes)
-        return fail(st,
-                    "Tag Record Contains Characters That Cannot Be Saved. Use only characters "
-                    "of the Western (Windows-1252) character set");
+        return failAt(st, f, "TxtLabel",
+                      "Tag Record Contains Characters That Cannot Be Saved. Use only characters "
+                      "of the Western (Windows-1252) character set");
     if (*bytes > kTagRecordBytes)
-        return fail(st,
-                    "Tag Record Too Long. The Description, Tag Name, I/O Name, Engineering "
-                    "texts and Units must fit in " +
-                        std::to_string(kTagRecordBytes) + " bytes (" + std::to_string(*bytes) +
-                        " now); shorten them");
+        return failAt(st, f, "TxtLabel",
+                      "Tag Record Too Long. The Description, Tag Name, I/O Name, Engineering "
+                      "texts and Units must fit in " +
+                          std::to_string(kTagRecordBytes) + " bytes (" + std::to_string(*bytes) +
+                          " now); shorten them");
     return true;
 }
 
@@ -232,6 +247,23 @@ bool storeRenamed(Station& st, int number, const Tag& record, const std::string&
         rewrites.push_back(std::move(r));
     }
 
+    // An alarm keeps the name of its tag as well as its number: the name follows too.
+    std::vector<int> alarms;
+    for (int a = 1; a <= kAlarmCount; ++a) {
+        const AlarmDef& alarm = st.alarms.Alarms[a];
+        if (alarm.TagName != oldName) continue;
+        const auto bytes = AlarmRecordBudget(record.TagName, alarm.HiMsg, alarm.LoMsg,
+                                             alarm.NormMsg, alarm.LastText);
+        if (!bytes || *bytes > kAlarmRecordLimit) {
+            st.tags[number] = before;
+            RebuildTagNameIndex(st.tags, st.nameIndex);
+            return fail(st, "Cannot rename " + oldName + " to " + record.TagName + ": Alarm " +
+                                std::to_string(a) +
+                                " would no longer fit its record of the setup file");
+        }
+        alarms.push_back(a);
+    }
+
     Prompter& prompt = *st.platform.prompter;
     for (int s = 1; s <= 10; ++s)
         for (int l = 1; l <= 20; ++l) {
@@ -241,6 +273,11 @@ bool storeRenamed(Station& st, int number, const Tag& record, const std::string&
             prompt.message("Warning - Screen Record " + std::to_string(s) + "  has been updated",
                            kErrorTitle);
         }
+    for (const int a : alarms) {
+        st.alarms.Alarms[a].TagName = record.TagName;
+        prompt.message("Warning - Alarm Record " + std::to_string(a) + "  has been updated",
+                       kErrorTitle);
+    }
     for (Rewrite& r : rewrites) {
         st.control.Lines[r.number] = r.line;
         prompt.message(
@@ -255,9 +292,10 @@ bool storeRenamed(Station& st, int number, const Tag& record, const std::string&
 }
 
 // The scan reads the tags while the window is open: after every change of the table the
-// name index and the channels in use follow it.
+// name index and the channels in use follow it, and the windows listing tags are told.
 void tableChanged(Station& st) {
     LeaveTagForm(st);
+    st.changes.raise(TableChange::Tags);
 }
 
 std::string placeHolderName(Station& st) {
@@ -275,12 +313,51 @@ std::string placeHolderName(Station& st) {
     return name;
 }
 
+// Tag `deleted` is gone and the user tags after it moved up one place: every number that
+// referred to one of them (alarms, readings-screen lines, trend pens, the logging
+// condition) moves with it. System variables (33..38) stay where they are.
+void followMovedTags(Station& st, int deleted) {
+    auto follow = [deleted](std::int16_t& n) {
+        if (n > deleted && n <= kUserTags) n = static_cast<std::int16_t>(n - 1);
+    };
+    for (int a = 1; a <= kAlarmCount; ++a) follow(st.alarms.Alarms[a].TagNo);
+    for (int s = 1; s <= kScreenCount; ++s)
+        for (int l = 1; l <= kScreenLineCount; ++l) follow(st.screens.Lines(s, l).TagNumber);
+    for (int t = 1; t <= kTrendCount; ++t)
+        for (int p = 1; p <= kPenCount; ++p) follow(st.trends.TrendTable(t, p));
+    follow(st.logging.ConditionTag);
+}
+
 }  // namespace
+
+std::vector<std::string> TagFormIONames(const Station& st) {
+    std::vector<std::string> names;
+    const int count = std::clamp<int>(st.profile.NumIONames, 0, 40);
+    for (int i = 1; i <= count; ++i) names.push_back(st.profile.IONameList[i]);
+    return names;
+}
+
+ScalingCaptions TagFormScalingCaptions(const Station& st, const TagForm& f) {
+    ScalingCaptions c;
+    c.Digital = isDigitalName(f.CboIOName, st.tags[f.LblTag].Kind);
+    c.RawValue1 = "Raw Value1";
+    c.RawValue2 = "Raw Value2";
+    if (c.Digital) {
+        // The messages about these boxes speak of EngValue1 and EngValue2.
+        c.EngValue1 = "State 0 Text (EngValue1)";
+        c.EngValue2 = "State 1 Text (EngValue2)";
+        c.EngHint1 = "shown for 0, e.g. OFF";
+        c.EngHint2 = "shown for 1, e.g. ON";
+    } else {
+        c.EngValue1 = "Engineering Value1";
+        c.EngValue2 = "Engineering Value2";
+    }
+    return c;
+}
 
 TagForm OpenTagForm(const Station& st) {
     TagForm f;
-    const int count = std::clamp<int>(st.profile.NumIONames, 0, 40);
-    for (int i = 1; i <= count; ++i) f.IONames.push_back(st.profile.IONameList[i]);
+    f.IONames = TagFormIONames(st);
     f.LblTag = 1;
     ShowTag(st, f);
     return f;
@@ -326,23 +403,28 @@ void ChooseIOName(const Station& st, TagForm& f, const std::string& ioName) {
 }
 
 bool AcceptTag(Station& st, TagForm& f) {
+    f.FailedBox.clear();
     const int number = f.LblTag;
     const std::string name = NormalizeTagName(f.TxtTagName);
     if (name.empty())
-        return fail(st, "Tag Name cannot be blank. If not used name it as a variable");
-    if (!listed(st.profile, f.CboIOName)) return fail(st, "I/O Name Not Selected From List ");
+        return failAt(st, f, "TxtTagName",
+                      "Tag Name cannot be blank. If not used name it as a variable");
+    if (!listed(st.profile, f.CboIOName))
+        return failAt(st, f, "CboIOName", "I/O Name Not Selected From List ");
 
     const IONameClass c = ClassifyIOName(f.CboIOName);
     const double address = isNumeric(f.TxtRTUAddr) ? leadingNumber(f.TxtRTUAddr) : 0.0;
     const DaqProfile& d = st.profile;
     const bool analog = c.Kind == kAnalog;
-    if (analog ? !checkChannel(st, c, address, kAnalogTexts, d.AnalogInputs, d.AnalogOutputs)
-               : !checkChannel(st, c, address, kDigitalTexts, d.DigitalInputs, d.DigitalOutputs))
+    if (analog ? !checkChannel(st, f, c, address, kAnalogTexts, d.AnalogInputs, d.AnalogOutputs)
+               : !checkChannel(st, f, c, address, kDigitalTexts, d.DigitalInputs, d.DigitalOutputs))
         return false;
 
     // Texts as typed: "1" and "1.0" pass here.
-    if (f.TxtRawValue1 == f.TxtRawValue2) return fail(st, "Error RawValue1 cannot equal RawValue2");
-    if (f.TxtEngValue1 == f.TxtEngValue2) return fail(st, "Error EngValue1 cannot equal EngValue2");
+    if (f.TxtRawValue1 == f.TxtRawValue2)
+        return failAt(st, f, "TxtRawValue2", "Error RawValue1 cannot equal RawValue2");
+    if (f.TxtEngValue1 == f.TxtEngValue2)
+        return failAt(st, f, "TxtEngValue2", "Error EngValue1 cannot equal EngValue2");
 
     const Tag& stored = st.tags[number];
     if (analog && !checkNumbers(st, f)) return false;
@@ -351,12 +433,17 @@ bool AcceptTag(Station& st, TagForm& f) {
 
     if (unchanged(stored, f, name, analog, address)) return true;
 
-    if (name != stored.TagName && IsTagNameInUse(st.tags, *st.platform.prompter, name, number))
+    if (name != stored.TagName && IsTagNameInUse(st.tags, *st.platform.prompter, name, number)) {
+        f.FailedBox = "TxtTagName";
         return false;
+    }
 
     if (!stored.TagName.empty() && name != stored.TagName) {
         const std::string oldName = stored.TagName;  // `stored` is overwritten
-        if (!storeRenamed(st, number, record, oldName)) return false;
+        if (!storeRenamed(st, number, record, oldName)) {
+            f.FailedBox = "TxtTagName";
+            return false;
+        }
     } else {
         st.tags[number] = record;
     }
@@ -364,45 +451,56 @@ bool AcceptTag(Station& st, TagForm& f) {
     return true;
 }
 
-void TagFormPrevious(Station& st, TagForm& f) {
-    if (!AcceptTag(st, f)) return;
+bool TagFormPrevious(Station& st, TagForm& f) {
+    if (!AcceptTag(st, f)) return false;
     f.LblTag = std::max(1, f.LblTag - 1);
     ShowTag(st, f);
+    return true;
 }
 
-void TagFormNext(Station& st, TagForm& f) {
-    if (!AcceptTag(st, f)) return;
+bool TagFormNext(Station& st, TagForm& f) {
+    if (!AcceptTag(st, f)) return false;
     f.LblTag = std::min(kUserTags, f.LblTag + 1);
     ShowTag(st, f);
+    return true;
 }
 
-void TagFormFind(Station& st, TagForm& f) {
+bool TagFormFind(Station& st, TagForm& f) {
+    f.FailedBox.clear();
     const auto answer = st.platform.prompter->input("Enter Tag Name", kFindTitle);
-    if (!answer) return;
+    if (!answer) return false;
     const std::string name = NormalizeTagName(*answer);
-    if (name.empty()) return;
+    if (name.empty()) return false;
     for (int i = 1; i <= kUserTags; ++i) {
         if (st.tags[i].TagName != name) continue;
         f.LblTag = i;
         ShowTag(st, f);
-        return;
+        return true;
     }
     st.platform.prompter->message("Cannot Find TagName " + name, kFindTitle);
+    return false;
 }
 
-void TagFormDelete(Station& st, TagForm& f) {
-    if (!st.platform.prompter->askYesNo("Do You Wish to Delete this Tag", kQuestionTitle)) return;
-    const std::string name = st.tags[f.LblTag].TagName;
+bool TagFormDelete(Station& st, TagForm& f) {
+    f.FailedBox.clear();
+    if (!st.platform.prompter->askYesNo("Do You Wish to Delete this Tag", kQuestionTitle,
+                                        DefaultAnswer::No))
+        return false;
+    const int number = f.LblTag;
+    const std::string name = st.tags[number].TagName;
     // A plain substring test on purpose: T1 is kept while a statement mentions T10. A slot
     // without a name is mentioned by nothing.
     if (!name.empty())
         for (int i = 1; i <= kControlLines; ++i)
             if (mentions(st.control.Lines[i], name)) {
-                fail(st, "Warning Control Statement line " + std::to_string(i) +
-                             " uses this tag. Please Edit This Line First");
-                return;
+                return fail(st, "Warning Control Statement line " + std::to_string(i) +
+                                    " uses this tag. Please Edit This Line First");
             }
-    for (int k = f.LblTag; k < kUserTags; ++k) st.tags[k] = st.tags[k + 1];
+    // The other tables refer to a tag by its number: the tag they use cannot go, and the
+    // tags after it keep being used where they were.
+    if (const std::string user = TagNumberInUse(st, number); !user.empty()) return fail(st, user);
+    for (int k = number; k < kUserTags; ++k) st.tags[k] = st.tags[k + 1];
+    followMovedTags(st, number);
 
     Tag& last = st.tags[kUserTags];  // Kind and IOName stay as they were
     last.Label.clear();
@@ -421,6 +519,39 @@ void TagFormDelete(Station& st, TagForm& f) {
     tableChanged(st);
     ShowTag(st, f);
     st.tagPlaceHolders = add16(st.tagPlaceHolders, 1);
+    return true;
+}
+
+std::string TagNumberInUse(const Station& st, int number) {
+    const std::string uses = " uses this tag. Please Edit ";
+    for (int a = 1; a <= kAlarmCount; ++a)
+        if (st.alarms.Alarms[a].TagNo == number)
+            return "Warning Alarm " + std::to_string(a) + uses + "This Alarm First";
+    for (int s = 1; s <= kScreenCount; ++s)
+        for (int l = 1; l <= kScreenLineCount; ++l)
+            if (st.screens.Lines(s, l).TagNumber == number) {
+                const bool digital = l > kScreenLineCount / 2;
+                const int row = digital ? l - kScreenLineCount / 2 : l;
+                return "Warning Screen " + std::to_string(s) + (digital ? " Digital" : " Analog") +
+                       " Line " + std::to_string(row) + uses + "This Screen First";
+            }
+    for (int t = 1; t <= kTrendCount; ++t)
+        for (int p = 1; p <= kPenCount; ++p)
+            if (st.trends.TrendTable(t, p) == number)
+                return "Warning Trend " + std::to_string(t) + " Pen " + std::to_string(p) + uses +
+                       "This Trend First";
+    if (st.logging.ConditionTag == number)
+        return "Warning The Logging Start/Stop Condition" + uses + "The Logging Condition First";
+    return {};
+}
+
+bool IsDeletedTagPlaceHolder(const Tag& t) {
+    if (t.TagName.size() <= 4 || t.TagName.compare(0, 4, "AVAR") != 0) return false;
+    if (!std::all_of(t.TagName.begin() + 4, t.TagName.end(),
+                     [](char c) { return c >= '0' && c <= '9'; }))
+        return false;
+    return t.Label.empty() && t.Direction == kVariable && t.IONumber == 0 && t.Units == "mV" &&
+           t.RawValue2 == 4000 && t.EngValue2 == 4000;
 }
 
 std::vector<std::string> CheckTagTable(const TagTable& tags) {
@@ -444,7 +575,8 @@ bool TagFormExit(Station& st, TagForm& f) {
         st.platform.prompter->message(problem, kErrorTitle);
         errors = true;
     }
-    if (errors && !st.platform.prompter->askYesNo("Errors Found Do you wish to exit", kErrorTitle))
+    if (errors && !st.platform.prompter->askYesNo("Errors Found Do you wish to exit", kErrorTitle,
+                                                  DefaultAnswer::No))
         return false;
     LeaveTagForm(st);
     return true;

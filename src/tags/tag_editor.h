@@ -26,7 +26,22 @@ struct TagForm {
     std::string TxtUnits;
     bool ChkLog = false;
     std::vector<std::string> IONames;  // the drop-down's entries, from the DAQ profile
+    // After a refused record: the box at fault ("TxtTagName", "CboIOName", ...), where the
+    // keyboard goes back to; "" when the record was taken or no box is at fault.
+    std::string FailedBox{};
 };
+
+// The captions of the four scaling boxes. A digital I/O name makes the engineering boxes
+// the texts shown for states 0 and 1, and the raw boxes the fixed 0 and 1 (not typed in).
+struct ScalingCaptions {
+    bool Digital = false;
+    std::string RawValue1, RawValue2, EngValue1, EngValue2;
+    std::string EngHint1, EngHint2;  // what to type, shown in an empty box
+};
+ScalingCaptions TagFormScalingCaptions(const Station& st, const TagForm& form);
+
+// The I/O names of the selected module, as the drop-down offers them.
+std::vector<std::string> TagFormIONames(const Station& st);
 
 // Opening: the I/O names of the selected module into the drop-down, tag 1 shown.
 TagForm OpenTagForm(const Station& st);
@@ -46,10 +61,14 @@ bool AcceptTag(Station& st, TagForm& form);
 
 // The buttons. Previous and Next move (clamped to 1 and 32) only when the record is
 // accepted; Find and Delete leave the boxes of the shown record as they are typed.
-void TagFormPrevious(Station& st, TagForm& form);
-void TagFormNext(Station& st, TagForm& form);
-void TagFormFind(Station& st, TagForm& form);
-void TagFormDelete(Station& st, TagForm& form);
+// Delete is refused while a control statement, an alarm, a readings-screen line, a trend
+// pen or the logging condition uses the tag (a warning names the first); otherwise the
+// later tags move up one place and every number that refers to them moves with them.
+// Each returns true when another record (or the same one afresh) is shown.
+bool TagFormPrevious(Station& st, TagForm& form);
+bool TagFormNext(Station& st, TagForm& form);
+bool TagFormFind(Station& st, TagForm& form);
+bool TagFormDelete(Station& st, TagForm& form);
 
 // E&xit: accepts the shown record and checks the whole table; with an error asks whether to
 // leave anyway. True when the window may close; the name index and the module summary are
@@ -58,6 +77,15 @@ bool TagFormExit(Station& st, TagForm& form);
 
 // What leaving the window always does: the name index and the module summary rebuilt.
 void LeaveTagForm(Station& st);
+
+// What uses tag `number` by its number, besides the control statements (which use names):
+// a warning naming the first alarm, screen line, trend pen or the logging condition, in
+// that order; "" when nothing does.
+std::string TagNumberInUse(const Station& st, int number);
+
+// A place-holder variable that deleting a tag leaves in slot 32 ("AVAR" + a number, no
+// description): a reference to it has lost the tag it followed.
+bool IsDeletedTagPlaceHolder(const Tag& tag);
 
 // The whole-table check: one message per user tag without a name, one per pair of user
 // tags sharing a name.

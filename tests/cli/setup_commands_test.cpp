@@ -9,6 +9,7 @@
 
 #include "cli_runner.h"
 #include "core/setup_file.h"
+#include "kova_version.h"
 #include "support/setup_fixtures.h"
 #include "support/test_support.h"
 #include "tags/tag_table.h"
@@ -78,6 +79,13 @@ TEST(CliCommands, HelpListsTheCommands) {
     for (const char* c : {"kova-cli dump FILE.SUF", "kova-cli build FILE.json -o FILE.SUF",
                           "kova-cli check FILE.SUF", "kova-cli run FILE.SUF"})
         EXPECT_NE(r.out.find(c), std::string::npos) << c;
+}
+
+TEST(CliCommands, VersionIsTheProjectsAndTheHelpNamesIt) {
+    const CliResult r = RunCli({"--version"});
+    EXPECT_EQ(r.exitCode, 0);
+    EXPECT_EQ(r.out, std::string("kova-cli ") + kVersion + "\n");
+    EXPECT_EQ(RunCli({"--help"}).out.rfind(std::string("kova-cli ") + kVersion + ": ", 0), 0u);
 }
 
 TEST(CliDump, NeedsExactlyOneFile) {

@@ -456,4 +456,37 @@ TEST(ControlEditor, AnAssignmentWithoutATargetIsAnUnknownToken) {
     EXPECT_EQ(r.form.FailedLine, 1);
 }
 
+TEST(ControlEditor, DeletingALineDefaultsToNo) {
+    EditorRig r;
+    ControlFormDelete(r.st, r.form);
+    EXPECT_EQ(r.prompt.questionDefaults, std::vector<DefaultAnswer>{DefaultAnswer::No});
+}
+
+TEST(ControlEditor, AnOpenWindowFollowsTheTagTable) {
+    EditorRig r;
+    r.st.control.Lines[1].IfText = "@A > 1";
+    ShowControlLine(r.st, r.form);
+    // A rename rewrote line 1 behind the window's back; the boxes were not typed in.
+    r.st.control.Lines[1].IfText = "@AA > 1";
+    r.st.tags[kA].TagName = "AA";
+    ControlFormTablesChanged(r.st, r.form, TableChange::Tags);
+    EXPECT_EQ(r.form.TxtIf, "@AA > 1");
+    EXPECT_EQ(r.form.CboTag.front(), "AA");
+    // Typed text is kept.
+    r.form.TxtThen = "@B = 2";
+    r.st.control.Lines[1].IfText = "@A > 1";
+    ControlFormTablesChanged(r.st, r.form, TableChange::Tags);
+    EXPECT_EQ(r.form.TxtIf, "@AA > 1");
+    EXPECT_EQ(r.form.TxtThen, "@B = 2");
+}
+
+TEST(ControlEditor, ANewConfigurationShowsTheLineAfresh) {
+    EditorRig r;
+    r.form.TxtIf = "@A > 1";
+    r.st.switches.ControlsEnabled = 1;
+    ControlFormTablesChanged(r.st, r.form, TableChange::Configuration);
+    EXPECT_EQ(r.form.TxtIf, "");
+    EXPECT_TRUE(r.form.ChkEnableControl);
+}
+
 }  // namespace kova

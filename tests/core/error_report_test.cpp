@@ -100,7 +100,12 @@ TEST(ErrorReport, ATickThatFailsWhileItsMessageIsUpStaysQuiet) {
             messages.push_back(text);
             if (messages.size() < 5) report->guardTick(overflowTick);
         }
-        bool askYesNo(const std::string&, const std::string&) override { return false; }
+        bool askYesNo(const std::string&, const std::string&, DefaultAnswer) override {
+            return false;
+        }
+        SaveChoice askSaveDiscardCancel(const std::string&, const std::string&) override {
+            return SaveChoice::Cancel;
+        }
         std::optional<std::string> input(const std::string&, const std::string&) override {
             return {};
         }

@@ -139,4 +139,11 @@ TEST(MainWindowModel, TitleNamesTheProgramAndTheSetupFile) {
     EXPECT_EQ(MainWindowTitle(st), "KOVA - BOILER.SUF");
 }
 
+TEST(MainWindowModel, TitleEndsWithTheWorkingFolder) {
+    Station st;
+    st.setupFileName = "/kova-test/plant/BOILER.SUF";
+    st.workingFolder = "/kova-test/station/";
+    EXPECT_EQ(MainWindowTitle(st), "KOVA - BOILER.SUF - /kova-test/station");
+}
+
 }  // namespace kova

@@ -88,4 +88,26 @@ TEST(PeriodsModel, NonNumericTextFailsTheConversionAndStoresNothing) {
     EXPECT_THROW(ExitPeriodsForm(r.st, big), Fault);  // the 16-bit conversion overflows
 }
 
+TEST(PeriodsModel, ARefusalNamesThePeriodAtFault) {
+    Rig r;
+    PeriodsForm f = OpenPeriodsForm(r.st);
+    f.OptIOSecs = false;
+    f.TxtIOPeriod = "49";
+    EXPECT_FALSE(ExitPeriodsForm(r.st, f));
+    EXPECT_EQ(f.FailedBox, "TxtIOPeriod");
+    f.TxtIOPeriod = "100";
+    f.OptLogSecs = false;
+    f.TxtLogPeriod = "10";
+    EXPECT_FALSE(ExitPeriodsForm(r.st, f));
+    EXPECT_EQ(f.FailedBox, "TxtLogPeriod");
+    f.OptIOSecs = true;
+    f.TxtIOPeriod = "2";
+    f.TxtLogPeriod = "1000";
+    EXPECT_FALSE(ExitPeriodsForm(r.st, f));  // 2 s of I/O against 1 s of logging
+    EXPECT_EQ(f.FailedBox, "TxtIOPeriod");
+    f.TxtIOPeriod = "1";
+    EXPECT_TRUE(ExitPeriodsForm(r.st, f));
+    EXPECT_EQ(f.FailedBox, "");
+}
+
 }  // namespace kova

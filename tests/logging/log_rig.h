@@ -19,8 +19,11 @@ class ProposingPrompter final : public Prompter {
     void message(const std::string& text, const std::string& title) override {
         inner.message(text, title);
     }
-    bool askYesNo(const std::string& text, const std::string& title) override {
-        return inner.askYesNo(text, title);
+    bool askYesNo(const std::string& text, const std::string& title, DefaultAnswer enter) override {
+        return inner.askYesNo(text, title, enter);
+    }
+    SaveChoice askSaveDiscardCancel(const std::string& text, const std::string& title) override {
+        return inner.askSaveDiscardCancel(text, title);
     }
     std::optional<std::string> input(const std::string& prompt, const std::string& title) override {
         return inner.input(prompt, title);

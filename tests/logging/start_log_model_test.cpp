@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include "log_rig.h"
 #include "logging/log_writer.h"
 
@@ -311,6 +313,54 @@ TEST(StartLogForm, OpenedFormExitsUnchanged) {
     EXPECT_TRUE(ExitStartLogForm(s.st, f));
     EXPECT_TRUE(s.messages().empty());
     EXPECT_EQ(s.st.logging.StopTimeSecs, 6 * 3600);
+}
+
+TEST(StartLogFollow, ARefusalNamesTheBoxAtFault) {
+    const std::pair<std::function<void(StartLog&)>, const char*> cases[] = {
+        {[](StartLog& s) { s.form.TxtSampleNo = "-1"; }, "TxtSampleNo"},
+        {[](StartLog& s) { s.form.CboTag = "NOPE"; }, "CboTag"},
+        {[](StartLog& s) {
+             s.form.CboTag = "TANK";
+             s.form.TxtStartValue = "x";
+         },
+         "TxtStartValue"},
+        {[](StartLog& s) {
+             s.form.CboTag = "TANK";
+             s.form.TxtStartValue = "1";
+             s.form.TxtStopValue = "y";
+         },
+         "TxtStopValue"},
+        {[](StartLog& s) { s.form.TxtStartTime = "24:00"; }, "TxtStartTime"},
+        {[](StartLog& s) { s.form.TxtStopTime = "7:60"; }, "TxtStopTime"},
+    };
+    for (const auto& [type, box] : cases) {
+        StartLog s;
+        type(s);
+        EXPECT_FALSE(s.exit()) << box;
+        EXPECT_EQ(s.form.FailedBox, box);
+    }
+    StartLog s;
+    EXPECT_TRUE(s.exit());
+    EXPECT_EQ(s.form.FailedBox, "");
+}
+
+TEST(StartLogFollow, AConditionTagBoxNotTypedInFollowsARename) {
+    StartLog s;
+    s.st.logging.ConditionTag = 1;
+    StartLogForm shown = OpenStartLogForm(s.st);
+    StartLogForm typed = shown;
+    typed.TxtStartValue = "5";
+    s.st.tags[1].TagName = "VESSEL";
+    StartLogTablesChanged(s.st, typed, shown, TableChange::Tags);
+    EXPECT_EQ(typed.CboTag, "VESSEL");
+    EXPECT_EQ(typed.TxtStartValue, "5");
+    typed.CboTag = "PU";  // typing
+    s.st.tags[1].TagName = "TANK";
+    StartLogTablesChanged(s.st, typed, shown, TableChange::Tags);
+    EXPECT_EQ(typed.CboTag, "PU");
+    StartLogTablesChanged(s.st, typed, shown, TableChange::Configuration);
+    EXPECT_EQ(typed.CboTag, "TANK");
+    EXPECT_EQ(typed.TxtStartValue, shown.TxtStartValue);
 }
 
 }  // namespace kova

@@ -64,7 +64,8 @@ TEST(PortBackends, PermissionProblemsOfBothAreShown) {
     sys->iopermErrno = EPERM;
     std::string problem;
     OpenPortBackend(2, problem, sys, PortPaths{});
-    EXPECT_NE(problem.find("/dev/parport1: permission denied: add your user to group lp"),
+    EXPECT_NE(problem.find("/dev/parport1: permission denied: add your user to group lp (sudo "
+                           "adduser $USER lp, then log in again)"),
               std::string::npos);
     EXPECT_NE(problem.find("needs root (CAP_SYS_RAWIO)"), std::string::npos);
 }

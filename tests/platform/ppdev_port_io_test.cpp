@@ -147,7 +147,9 @@ TEST(Ppdev, PermissionDeniedSaysWhichGroupToJoin) {
     PpdevRig r;
     r.sys->nodes["/dev/parport0"].openErrno = EACCES;
     auto port = r.open();
-    EXPECT_EQ(port->problem(), "/dev/parport0: permission denied: add your user to group lp");
+    EXPECT_EQ(port->problem(),
+              "/dev/parport0: permission denied: add your user to group lp (sudo adduser $USER "
+              "lp, then log in again)");
 }
 
 TEST(Ppdev, PortHeldByAnotherDriverSaysSoAndClosesTheDevice) {
@@ -173,7 +175,8 @@ TEST(Ppdev, ErrnoTexts) {
               p + ": no such port (no parallel port driver loaded or no printer port)");
     EXPECT_EQ(PpdevProblemText(p, "open", ENODEV), PpdevProblemText(p, "open", ENOENT));
     EXPECT_EQ(PpdevProblemText(p, "open", EPERM),
-              p + ": permission denied: add your user to group lp");
+              p + ": permission denied: add your user to group lp (sudo adduser $USER lp, then "
+                  "log in again)");
     EXPECT_EQ(PpdevProblemText(p, "open", ENOSYS),
               p + ": this system has no parallel port support");
     EXPECT_EQ(PpdevProblemText(p, "PPCLAIM", EIO).rfind(p + ": PPCLAIM failed: ", 0), 0u);

@@ -20,22 +20,29 @@ struct Shown {
 };
 
 // Records every message and question; answers questions and inputs from scripts
-// (No / cancel when the script is empty).
+// (No / Cancel / cancel when the script is empty). Each box also records the window that
+// owned it, in the order the boxes came.
 class ScriptedPrompter final : public Prompter {
   public:
     void message(const std::string& text, const std::string& title) override {
         messages.push_back({text, title});
+        owners.push_back(owner());
     }
-    bool askYesNo(const std::string& text, const std::string& title) override;
+    bool askYesNo(const std::string& text, const std::string& title, DefaultAnswer enter) override;
+    SaveChoice askSaveDiscardCancel(const std::string& text, const std::string& title) override;
     std::optional<std::string> input(const std::string& prompt, const std::string& title) override;
     std::optional<std::string> chooseFile(const std::string& title, const std::string& filter,
                                           const std::string& proposed, bool save) override;
 
     std::vector<Shown> messages;
     std::vector<Shown> questions;
+    std::vector<DefaultAnswer> questionDefaults;  // the default button of each question
+    std::vector<Shown> saveQuestions;             // "Save changes to NAME?"
+    std::vector<const void*> owners;              // the owner of every box, in order
     std::vector<Shown> inputs;
     std::vector<Shown> fileDialogs;  // title, filter
     std::vector<bool> yesNoAnswers;
+    std::vector<SaveChoice> saveAnswers;
     std::vector<std::optional<std::string>> inputAnswers;
     std::vector<std::optional<std::string>> fileAnswers;
 };

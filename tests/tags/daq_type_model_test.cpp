@@ -128,4 +128,15 @@ TEST(DaqTypeModel, TheTagsAreNotCheckedAgainstTheNewType) {
     EXPECT_EQ(st.tags[1].TagName, "VALVE");
 }
 
+TEST(DaqTypeModel, TheTestModulesTipSaysWhatEachInputAndOutputDoes) {
+    const std::string tip = DaqTypeTip(kDaqTest);
+    // Every kind of channel, with its range and period.
+    for (const char* part :
+         {"AI-1 to AI-8", "n x 200 to n x 200 + 198", "AI-1 200 to 398", "100 reads",
+          "100 I/O periods", "DI-1 to DI-4", "one poll in four", "AO-1, AO-2, DO-1 to DO-4",
+          "nothing goes anywhere", "raw 200 = 0, raw 398 = 100"})
+        EXPECT_NE(tip.find(part), std::string::npos) << part;
+    for (int code = 1; code < kDaqTypeCount; ++code) EXPECT_EQ(DaqTypeTip(code), "") << code;
+}
+
 }  // namespace kova

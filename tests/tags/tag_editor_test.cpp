@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cmath>
+#include <functional>
 
 #include "control/compiler.h"
 #include "platform/printer.h"
@@ -732,6 +733,230 @@ TEST(TagEditor, AnEmptyTableIsNotPrinted) {
     EXPECT_TRUE(printer.documents.empty());
     EXPECT_EQ(r.prompt.messages,
               (std::vector<test::Shown>{{"There are no named tags to print", "Print"}}));
+}
+
+TEST(TagEditor, QuestionsWhoseYesDiscardsWorkDefaultToNo) {
+    Rig r;
+    r.nameAll();
+    r.show(5);
+    TagFormDelete(r.st, r.form);  // answered No
+    r.form.TxtTagName = "";       // a refused record
+    TagFormExit(r.st, r.form);
+    EXPECT_EQ(r.prompt.questions,
+              (std::vector<test::Shown>{{"Do You Wish to Delete this Tag", "Option"},
+                                        {"Errors Found Do you wish to exit", "ERROR"}}));
+    EXPECT_EQ(r.prompt.questionDefaults,
+              (std::vector<DefaultAnswer>{DefaultAnswer::No, DefaultAnswer::No}));
+}
+
+namespace {
+// Tags V1..V32, with an alarm, screen lines, trend pens and the logging condition on some.
+struct Users : Rig {
+    Users() {
+        nameAll();
+        st.alarms.Alarms[3].TagName = "V6";
+        st.alarms.Alarms[3].TagNo = 6;
+        st.alarms.Alarms[4].TagName = "TS";
+        st.alarms.Alarms[4].TagNo = 33;  // a system variable
+        st.alarms.Alarms[5].TagName = "V2";
+        st.alarms.Alarms[5].TagNo = 2;
+        st.screens.Lines(2, 3).TagName = "V7";
+        st.screens.Lines(2, 3).TagNumber = 7;
+        st.screens.Lines(4, 14).TagName = "V32";
+        st.screens.Lines(4, 14).TagNumber = 32;
+        st.trends.TrendTable(1, 1) = 32;
+        st.trends.TrendTable(1, 2) = 4;
+        st.trends.TrendTable(9, 4) = 12;
+        st.logging.ConditionTag = 10;
+    }
+};
+}  // namespace
+
+TEST(TagEditor, DeletingATagCarriesEveryLaterTagNumberAlong) {
+    Users r;
+    r.show(5);
+    r.prompt.yesNoAnswers = {true};
+    EXPECT_TRUE(TagFormDelete(r.st, r.form));
+    EXPECT_TRUE(r.prompt.messages.empty());
+    // Each reference still follows the tag it followed before.
+    const auto& alarm = r.st.alarms.Alarms[3];
+    EXPECT_EQ(alarm.TagNo, 5);
+    EXPECT_EQ(r.st.tags[alarm.TagNo].TagName, "V6");
+    EXPECT_EQ(r.st.alarms.Alarms[4].TagNo, 33);
+    EXPECT_EQ(r.st.alarms.Alarms[5].TagNo, 2);
+    EXPECT_EQ(r.st.screens.Lines(2, 3).TagNumber, 6);
+    EXPECT_EQ(r.st.tags[6].TagName, "V7");
+    EXPECT_EQ(r.st.screens.Lines(4, 14).TagNumber, 31);
+    EXPECT_EQ(r.st.screens.Lines(4, 14).TagName, "V32");
+    EXPECT_EQ(r.st.trends.TrendTable(1, 1), 31);
+    EXPECT_EQ(r.st.trends.TrendTable(1, 2), 4);
+    EXPECT_EQ(r.st.trends.TrendTable(9, 4), 11);
+    EXPECT_EQ(r.st.logging.ConditionTag, 9);
+    EXPECT_EQ(r.st.tags[9].TagName, "V10");
+    // Nothing refers to the place-holder left in slot 32.
+    EXPECT_EQ(TagNumberInUse(r.st, 32), "");
+}
+
+namespace {
+// Deleting tag n is refused with one warning; the table stays as it was.
+void expectDeleteRefused(Users& r, int n, const std::string& warning) {
+    const std::string name = r.st.tags[n].TagName;
+    r.prompt.messages.clear();
+    r.show(n);
+    r.prompt.yesNoAnswers = {true};
+    EXPECT_FALSE(TagFormDelete(r.st, r.form));
+    EXPECT_EQ(r.onlyError(), warning);
+    EXPECT_EQ(r.st.tags[n].TagName, name);
+    EXPECT_EQ(r.st.tags[32].TagName, "V32");
+}
+}  // namespace
+
+TEST(TagEditor, ATagAnAlarmUsesIsNotDeleted) {
+    Users r;
+    expectDeleteRefused(r, 6, "Warning Alarm 3 uses this tag. Please Edit This Alarm First");
+    EXPECT_EQ(r.st.trends.TrendTable(1, 1), 32);
+}
+
+TEST(TagEditor, ATagAScreenLineUsesIsNotDeleted) {
+    Users r;
+    expectDeleteRefused(
+        r, 7, "Warning Screen 2 Analog Line 3 uses this tag. Please Edit This Screen First");
+    expectDeleteRefused(
+        r, 32, "Warning Screen 4 Digital Line 4 uses this tag. Please Edit This Screen First");
+}
+
+TEST(TagEditor, ATagATrendPenUsesIsNotDeleted) {
+    Users r;
+    expectDeleteRefused(r, 12, "Warning Trend 9 Pen 4 uses this tag. Please Edit This Trend First");
+}
+
+TEST(TagEditor, TheLoggingConditionTagIsNotDeleted) {
+    Users r;
+    expectDeleteRefused(r, 10,
+                        "Warning The Logging Start/Stop Condition uses this tag. Please Edit The "
+                        "Logging Condition First");
+    EXPECT_EQ(r.st.logging.ConditionTag, 10);
+}
+
+TEST(TagEditor, AControlStatementIsNamedBeforeTheOtherUsers) {
+    Users r;
+    r.st.control.Lines[2].IfText = "@V6 > 1";
+    expectDeleteRefused(
+        r, 6, "Warning Control Statement line 2 uses this tag. Please Edit This Line First");
+}
+
+TEST(TagEditor, StoringRenamingAndDeletingTellTheOpenWindows) {
+    Rig r;
+    r.nameAll();
+    r.show(3);
+    r.form.TxtLabel = "Oven";
+    EXPECT_TRUE(AcceptTag(r.st, r.form));
+    EXPECT_EQ(r.st.changes.count(TableChange::Tags), 1);
+    r.form.TxtTagName = "OVEN";
+    EXPECT_TRUE(AcceptTag(r.st, r.form));
+    EXPECT_EQ(r.st.changes.count(TableChange::Tags), 2);
+    EXPECT_TRUE(AcceptTag(r.st, r.form));  // unchanged: nothing to tell
+    EXPECT_EQ(r.st.changes.count(TableChange::Tags), 2);
+    r.prompt.yesNoAnswers = {true};
+    TagFormDelete(r.st, r.form);
+    EXPECT_EQ(r.st.changes.count(TableChange::Tags), 3);
+}
+
+TEST(TagEditor, ARenameCarriesIntoTheAlarmsThatNameTheTag) {
+    Users r;
+    r.show(6);
+    r.form.TxtTagName = "OVEN";
+    EXPECT_TRUE(AcceptTag(r.st, r.form));
+    EXPECT_EQ(r.st.alarms.Alarms[3].TagName, "OVEN");
+    EXPECT_EQ(r.st.alarms.Alarms[3].TagNo, 6);
+    EXPECT_EQ(r.messageTexts(),
+              (std::vector<std::string>{"Warning - Alarm Record 3  has been updated"}));
+}
+
+TEST(TagEditor, ARenameThatWouldOverfillAnAlarmRecordIsRefused) {
+    Users r;
+    AlarmDef& a = r.st.alarms.Alarms[3];
+    a.HiMsg = std::string(20, 'H');  // 120 of the record's 128 bytes with "V6"
+    a.LoMsg = std::string(20, 'L');
+    a.NormMsg = std::string(10, 'N');
+    r.show(6);
+    r.form.TxtTagName = "A_RATHER_LONG_NAME_FOR_A_TAG";
+    EXPECT_FALSE(AcceptTag(r.st, r.form));
+    EXPECT_EQ(r.onlyError(),
+              "Cannot rename V6 to A_RATHER_LONG_NAME_FOR_A_TAG: Alarm 3 would no longer fit "
+              "its record of the setup file");
+    EXPECT_EQ(r.st.tags[6].TagName, "V6");
+    EXPECT_EQ(a.TagName, "V6");
+    EXPECT_EQ(r.form.FailedBox, "TxtTagName");
+}
+
+TEST(TagEditor, ARefusedRecordNamesTheBoxAtFault) {
+    struct Case {
+        const char* box;
+        std::function<void(Rig&)> type;
+    };
+    const Case cases[] = {
+        {"TxtTagName", [](Rig& r) { r.form.TxtTagName = " "; }},
+        {"CboIOName", [](Rig& r) { r.form.CboIOName = "AI-9"; }},
+        {"TxtRTUAddr", [](Rig& r) { r.form.TxtRTUAddr = "2"; }},
+        {"TxtRawValue2", [](Rig& r) { r.form.TxtRawValue2 = r.form.TxtRawValue1; }},
+        {"TxtEngValue2", [](Rig& r) { r.form.TxtEngValue2 = r.form.TxtEngValue1; }},
+        {"TxtEngValue1", [](Rig& r) { r.form.TxtEngValue1 = "ten"; }},
+        {"TxtLabel", [](Rig& r) { r.form.TxtLabel = "Level, tank 1"; }},
+        {"TxtTagName", [](Rig& r) { r.form.TxtTagName = "V9"; }},  // in use
+    };
+    for (const Case& c : cases) {
+        Rig r;
+        r.nameAll();
+        r.tag(4, "LEVEL", "AI-1");
+        r.show(4);
+        c.type(r);
+        EXPECT_FALSE(TagFormNext(r.st, r.form)) << c.box;
+        EXPECT_EQ(r.form.LblTag, 4);
+        EXPECT_EQ(r.form.FailedBox, c.box);
+    }
+    Rig r;
+    r.nameAll();
+    r.show(4);
+    r.form.TxtTagName = "";
+    TagFormNext(r.st, r.form);
+    r.form.TxtTagName = "V4";
+    EXPECT_TRUE(TagFormNext(r.st, r.form));
+    EXPECT_EQ(r.form.FailedBox, "");
+}
+
+TEST(TagEditor, ADigitalIONameMakesTheEngineeringBoxesTheStateTexts) {
+    Rig r;
+    r.show(1);
+    ChooseIOName(r.st, r.form, "AI-2");
+    ScalingCaptions c = TagFormScalingCaptions(r.st, r.form);
+    EXPECT_FALSE(c.Digital);
+    EXPECT_EQ(c.EngValue1, "Engineering Value1");
+    EXPECT_EQ(c.EngValue2, "Engineering Value2");
+    EXPECT_EQ(c.RawValue1, "Raw Value1");
+    ChooseIOName(r.st, r.form, "DI-2");
+    c = TagFormScalingCaptions(r.st, r.form);
+    EXPECT_TRUE(c.Digital);
+    // The captions carry the names the refusals use.
+    EXPECT_EQ(c.EngValue1, "State 0 Text (EngValue1)");
+    EXPECT_EQ(c.EngValue2, "State 1 Text (EngValue2)");
+    EXPECT_EQ(r.form.TxtRawValue1, "0");
+    EXPECT_EQ(r.form.TxtRawValue2, "1");
+    ChooseIOName(r.st, r.form, "Digital Variable");
+    EXPECT_TRUE(TagFormScalingCaptions(r.st, r.form).Digital);
+}
+
+TEST(TagEditor, APlaceHolderLeftByDeletingIsKnownAsOne) {
+    Rig r;
+    r.nameAll();
+    r.show(2);
+    r.prompt.yesNoAnswers = {true};
+    TagFormDelete(r.st, r.form);
+    EXPECT_TRUE(IsDeletedTagPlaceHolder(r.st.tags[32]));
+    EXPECT_FALSE(IsDeletedTagPlaceHolder(r.st.tags[31]));
+    Tag named = r.st.tags[32];
+    named.Label = "Spare";  // a user's own variable that happens to be called AVAR0
+    EXPECT_FALSE(IsDeletedTagPlaceHolder(named));
 }
 
 }  // namespace kova

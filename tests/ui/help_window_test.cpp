@@ -6,6 +6,8 @@
 #include <QTextBrowser>
 #include <QTextDocument>
 
+#include "kova_version.h"
+#include "support/test_support.h"
 #include "ui/ui_support.h"
 
 namespace kova::app {
@@ -18,6 +20,26 @@ TEST(HelpWindow, TheDocumentShipsWithTheProgramAndOpensAtTheIntroduction) {
     EXPECT_TRUE(text.contains("Introduction"));
     EXPECT_GT(text.size(), 2000);  // a real document, not a placeholder
     EXPECT_EQ(w.browser()->source().fragment(), "Introduction");
+}
+
+TEST(HelpWindow, TheHelpIsTheInstalledFileAndNamesTheVersion) {
+    HelpWindow w;
+    w.showTopic("Contents");
+    // Beside the program's bin folder, as installed: share/kova/help/kova.html.
+    EXPECT_TRUE(w.browser()->source().isLocalFile());
+    EXPECT_TRUE(w.browser()->source().path().endsWith("/share/kova/help/kova.html"))
+        << w.browser()->source().toString().toStdString();
+    EXPECT_TRUE(w.browser()->toPlainText().contains(QString("version %1.").arg(kVersion)));
+}
+
+TEST(HelpWindow, AMissingHelpFileIsNamed) {
+    test::TempFolder dir;
+    HelpWindow w(nullptr, dir / "kova.html");
+    w.showTopic("Introduction");
+    const QString text = w.browser()->toPlainText();
+    EXPECT_TRUE(text.contains(QString::fromStdString((dir / "kova.html").string())))
+        << text.toStdString();
+    EXPECT_TRUE(text.contains("is missing")) << text.toStdString();
 }
 
 TEST(HelpWindow, EveryWindowOfTheProgramHasATopic) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QAction>
 #include <QCheckBox>
 #include <QLabel>
@@ -9,9 +10,9 @@
 #include <QMenuBar>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QStatusBar>
 #include <QTest>
 #include <QTextBrowser>
+#include <filesystem>
 #include <sstream>
 
 #include "app/help_window.h"
@@ -45,6 +46,12 @@ struct Rig {
     QPushButton* button(const char* name) { return test::child<QPushButton>(w.get(), name); }
     QCheckBox* box(const char* name) { return test::child<QCheckBox>(w.get(), name); }
     QWidget* opened(const char* kind) { return w->windows().find(kind); }
+    // The caption with the setup file's name; the temporary working folder is not under
+    // the home folder, so it shows in full.
+    QString title(const char* setup) const {
+        return QString("KOVA - %1 - %2")
+            .arg(setup, QString::fromStdString(folder.path().string()));
+    }
 };
 
 void expectItems(QMenu* menu, const std::vector<std::pair<std::string, std::string>>& expected) {
@@ -62,10 +69,10 @@ void expectItems(QMenu* menu, const std::vector<std::pair<std::string, std::stri
 
 }  // namespace
 
-TEST(MainWindow, TitleNamesTheProgramAndTheSetupFileInUse) {
+TEST(MainWindow, TitleNamesTheProgramTheSetupFileInUseAndTheWorkingFolder) {
     Rig r;
     r.w->startUp();
-    EXPECT_EQ(r.w->windowTitle(), "KOVA - Default.Suf");
+    EXPECT_EQ(r.w->windowTitle(), r.title("Default.Suf"));
     EXPECT_EQ(r.w->objectName(), "MainFrm");
 }
 
@@ -129,8 +136,8 @@ TEST(MainWindow, FourRunButtonsWithTheirCaptions) {
     EXPECT_EQ(r.button("CmdLog")->text(), "Log Data");
     EXPECT_EQ(r.button("CmdAlarms")->text(), "Alarms");
     EXPECT_EQ(r.button("CmdControl")->text(), "Control");
-    EXPECT_NE(r.w->statusBar(), nullptr);
-    EXPECT_NE(r.w->findChild<QWidget*>("StatusBar1"), nullptr);
+    EXPECT_NE(r.w->findChild<QLabel*>("StatusBar1"), nullptr);
+    EXPECT_NE(r.w->findChild<QLabel*>("LogStatus"), nullptr);
 }
 
 TEST(MainWindow, CheckBoxesCannotBeSetByTheUser) {
@@ -255,7 +262,7 @@ TEST(MainWindow, AQrtuThatStopsAnsweringIsToldOnceInTheStatusBarAndTheScanGoesOn
     EXPECT_EQ(r.w->statusText(),
               "The QRTU on LPT 1 (0x378) is not answering: its analog inputs read -1");
     EXPECT_TRUE(r.prompt.messages.empty());  // the status bar only: no box in the way
-    r.w->statusBar()->findChild<QLabel*>("StatusBar1")->clear();
+    r.w->findChild<QLabel*>("StatusBar1")->clear();
     r.w->tick();
     r.w->tick();
     EXPECT_EQ(r.w->statusText(), "");  // told once
@@ -295,7 +302,12 @@ TEST(MainWindow, TheScanGoesOnWhileAFaultsMessageIsUp) {
             ++shown;
             QTest::qWait(400);
         }
-        bool askYesNo(const std::string&, const std::string&) override { return false; }
+        bool askYesNo(const std::string&, const std::string&, DefaultAnswer) override {
+            return false;
+        }
+        SaveChoice askSaveDiscardCancel(const std::string&, const std::string&) override {
+            return SaveChoice::Cancel;
+        }
         std::optional<std::string> input(const std::string&, const std::string&) override {
             return {};
         }
@@ -551,7 +563,7 @@ TEST(MainWindow, ABadDefaultSufIsSilentAndGivesTheDefaults) {
     EXPECT_TRUE(r.prompt.messages.empty());
     EXPECT_NE(r.errors.str().find("Default.Suf"), std::string::npos);  // noted for whoever looks
     EXPECT_EQ(r.st.periods, Periods{});
-    EXPECT_EQ(r.w->windowTitle(), "KOVA - Default.Suf");
+    EXPECT_EQ(r.w->windowTitle(), r.title("Default.Suf"));
 }
 
 TEST(MainWindow, StartUpLoadsDefaultSufFromTheWorkingFolder) {
@@ -588,14 +600,16 @@ TEST(MainWindow, FileLoadThenSaveAsRoundTripsAndRetitles) {
     const auto plant = r.folder / "PLANT.SUF";
     r.prompt.fileAnswers.push_back(plant.string());
     r.action("FileSaveAs")->trigger();
-    EXPECT_EQ(r.w->windowTitle(), "KOVA - PLANT.SUF");
+    EXPECT_EQ(r.w->windowTitle(), r.title("PLANT.SUF"));
     EXPECT_EQ(std::filesystem::file_size(plant) % 128, 0u);
     r.action("FileNew")->trigger();
     EXPECT_EQ(r.st.periods, Periods{});
     r.prompt.fileAnswers.push_back(plant.string());
+    r.prompt.saveAnswers = {SaveChoice::Discard};  // the defaults New set are not kept
     r.action("FileLoad")->trigger();
+    EXPECT_EQ(r.prompt.saveQuestions.size(), 1u);
     EXPECT_EQ(r.st.periods, (Periods{500, kUnitMs, 5, kUnitSeconds, 0}));
-    EXPECT_EQ(r.w->windowTitle(), "KOVA - PLANT.SUF");
+    EXPECT_EQ(r.w->windowTitle(), r.title("PLANT.SUF"));
 }
 
 TEST(MainWindow, LoggingStartsWithALogFileNameAndFileExitClosesTheFile) {
@@ -638,6 +652,178 @@ TEST(MainWindow, PollingTheTestModuleMovesAnAnalogTag) {
     r.w->tick();
     EXPECT_NE(t.Value, first);
     EXPECT_GE(t.Value, 200.0f);  // AI-1 of the TEST module reads 200 upwards
+}
+
+namespace {
+// True when a status field shows its whole text at its present size: wrapped onto as many
+// lines as it needs, with nothing cut off.
+bool readWhole(QLabel* field) {
+    const int inner = field->contentsRect().width();
+    const QRect needed = field->fontMetrics().boundingRect(QRect(0, 0, inner, 10000),
+                                                           Qt::TextWordWrap, field->text());
+    return field->wordWrap() && needed.width() <= inner &&
+           needed.height() <= field->contentsRect().height();
+}
+QString accessibleText(QWidget* w, QAccessible::Text which) {
+    QAccessibleInterface* a = QAccessible::queryAccessibleInterface(w);
+    return a ? a->text(which) : QString();
+}
+}  // namespace
+
+TEST(MainWindow, EveryStatusFieldIsReadWholeAtTheDefaultSizeAlsoWhileAnAlarmShows) {
+    Rig r;
+    r.w->show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(r.w.get()));
+    const QSize size = r.w->size();
+    auto* status = r.w->findChild<QLabel*>("StatusBar1");
+    auto* logging = r.w->findChild<QLabel*>("LogStatus");
+    const QString port =
+        "Printer port LPT 1 cannot be reached, the modules will read every line high, as with "
+        "nothing connected. /dev/parport0: no such port (no parallel port driver loaded or no "
+        "printer port). Direct port access at 0x378-0x37F: not available: this kernel is "
+        "built without I/O port access. The QRT105 will read 4095 on every analog input and 7 "
+        "on its digital inputs.";
+    const QString alarm = "ALARM 11-15-2026 14:05:09 Oven temperature far too high";
+    const QString log = "Logging: waiting for start condition, 32000 records to OVENLAB.CSV";
+    for (const QString& line : {alarm, port}) {
+        status->setText(line);
+        logging->setText(log);
+        r.w->fitStatusFields();  // as every tick does
+        QTest::qWait(30);        // the layout settles
+        // An alarm line fits the default size; a port that cannot be reached may take more
+        // lines: the window grows taller for it, never narrower.
+        EXPECT_EQ(r.w->width(), size.width());
+        if (line == alarm) {
+            EXPECT_EQ(r.w->size(), size);
+        }
+        EXPECT_TRUE(readWhole(status)) << line.toStdString();
+        EXPECT_TRUE(readWhole(logging));
+        EXPECT_TRUE(status->isVisible());
+        EXPECT_TRUE(logging->isVisible());
+        // A screen reader reads each field's text, and what the field is for.
+        EXPECT_EQ(accessibleText(status, QAccessible::Name), line);
+        EXPECT_EQ(accessibleText(logging, QAccessible::Name), log);
+        EXPECT_EQ(accessibleText(logging, QAccessible::Description), "Logging status");
+    }
+}
+
+TEST(MainWindow, TheLoggingFieldShowsWhatLoggingDoes) {
+    Rig r;
+    r.w->startUp();
+    auto* logging = r.w->findChild<QLabel*>("LogStatus");
+    EXPECT_EQ(logging->text(), "Logging off");
+    EXPECT_EQ(accessibleText(logging, QAccessible::Name), "Logging off");
+}
+
+namespace {
+// A main window whose configuration was loaded from PLANT.SUF and then changed.
+struct Changed : Rig {
+    std::filesystem::path file;
+    Changed() {
+        file = folder / "PLANT.SUF";
+        st.tags[1].TagName = "LEVEL";
+        SaveConfiguration(st, file);
+        LoadConfiguration(st, file);
+        st.tags[1].Label = "Tank level";  // typed in the tag editor
+        w->show();
+    }
+    std::vector<test::Shown> saveQuestions() const { return prompt.saveQuestions; }
+};
+const test::Shown kQuestion{"Save changes to PLANT.SUF?", "KOVA"};
+}  // namespace
+
+TEST(MainWindow, NewLoadAndExitAskNothingWhenNothingChanged) {
+    Rig r;
+    r.w->show();
+    r.action("FileNew")->trigger();
+    r.action("FileLoad")->trigger();
+    r.action("FileExit")->trigger();
+    EXPECT_TRUE(r.prompt.saveQuestions.empty());
+    EXPECT_FALSE(r.w->isVisible());
+}
+
+TEST(MainWindow, CancelLeavesEverythingAsItWas) {
+    Changed r;
+    r.action("FileNew")->trigger();
+    r.action("FileLoad")->trigger();
+    r.action("FileExit")->trigger();
+    EXPECT_EQ(r.saveQuestions(), (std::vector<test::Shown>{kQuestion, kQuestion, kQuestion}));
+    EXPECT_TRUE(r.prompt.messages.empty());     // no "Configuration Set to Default"
+    EXPECT_TRUE(r.prompt.fileDialogs.empty());  // no "Open SetUp File"
+    EXPECT_EQ(r.st.tags[1].Label, "Tank level");
+    EXPECT_TRUE(r.w->isVisible());  // still running
+}
+
+TEST(MainWindow, DiscardGoesOnWithoutSaving) {
+    Changed r;
+    r.prompt.saveAnswers = {SaveChoice::Discard};
+    r.action("FileNew")->trigger();
+    EXPECT_EQ(r.prompt.messages,
+              (std::vector<test::Shown>{{"Configuration Set to Default", "KOVA"}}));
+    EXPECT_EQ(r.st.tags[1].TagName, "");
+    Station reread;
+    LoadConfiguration(reread, r.file);
+    EXPECT_EQ(reread.tags[1].Label, "");  // the file was not written
+}
+
+TEST(MainWindow, SaveSavesThroughTheSaveDialogAndGoesOn) {
+    Changed r;
+    r.prompt.saveAnswers = {SaveChoice::Save};
+    r.prompt.fileAnswers = {r.file.string()};
+    r.action("FileExit")->trigger();
+    EXPECT_EQ(r.prompt.fileDialogs,
+              (std::vector<test::Shown>{{"Save SetUp File", "All Files (*.SUF)|*.SUF"}}));
+    EXPECT_FALSE(r.w->isVisible());
+    Station reread;
+    LoadConfiguration(reread, r.file);
+    EXPECT_EQ(reread.tags[1].Label, "Tank level");
+}
+
+TEST(MainWindow, ASaveThatIsCancelledStopsTheCommand) {
+    Changed r;
+    r.prompt.saveAnswers = {SaveChoice::Save};  // then the save dialog is cancelled
+    r.action("FileNew")->trigger();
+    EXPECT_EQ(r.prompt.fileDialogs.size(), 1u);
+    EXPECT_TRUE(r.prompt.messages.empty());
+    EXPECT_EQ(r.st.tags[1].TagName, "LEVEL");
+}
+
+TEST(MainWindow, ASaveThatFailsStopsTheCommand) {
+    Changed r;
+    r.prompt.saveAnswers = {SaveChoice::Save};
+    r.prompt.fileAnswers = {(r.folder / "no such folder" / "PLANT.SUF").string()};
+    r.action("FileExit")->trigger();
+    EXPECT_TRUE(r.w->isVisible());
+    ASSERT_EQ(r.prompt.messages.size(), 1u);  // the general error report names the file
+    EXPECT_NE(r.prompt.messages[0].text.find("no such folder"), std::string::npos);
+}
+
+TEST(MainWindow, AfterSavingNothingIsAsked) {
+    Changed r;
+    r.prompt.fileAnswers = {r.file.string()};
+    r.action("FileSave")->trigger();
+    r.action("FileExit")->trigger();
+    EXPECT_TRUE(r.prompt.saveQuestions.empty());
+    EXPECT_FALSE(r.w->isVisible());
+}
+
+TEST(MainWindow, ReadingsThatMoveAreNoChangeToSave) {
+    Changed r;
+    r.st.switches.PollEnabled = true;
+    BindIOName(r.st.tags[1], "AI-1");
+    r.st.tags[1].Address = 1;
+    r.st.tags[1].RawValue2 = 4095;
+    r.st.tags[1].EngValue2 = 100;
+    ComputeScaling(r.st.tags[1]);
+    RebuildModuleSummary(r.st);
+    r.st.periods.IOPeriod = 50;  // every tick scans
+    r.st.periods.IOUnits = kUnitMs;
+    RememberConfigurationAsSaved(r.st);
+    const float before = r.st.tags[1].Value;
+    for (int i = 0; i < 5; ++i) r.w->tick();  // the TEST module's values move
+    EXPECT_NE(r.st.tags[1].Value, before);
+    r.action("FileExit")->trigger();
+    EXPECT_TRUE(r.prompt.saveQuestions.empty());
 }
 
 }  // namespace kova::app

@@ -61,14 +61,14 @@ TEST(QtPrompter, AQuestionHasYesAndNo) {
             EXPECT_EQ(box->buttons().size(), 2);
             box->button(QMessageBox::Yes)->click();
         },
-        [&] { yes = prompter.askYesNo("Delete this tag?", "Option"); });
+        [&] { yes = prompter.askYesNo("Delete this tag?", "Option", DefaultAnswer::No); });
     EXPECT_EQ(title, "Option");
     EXPECT_TRUE(yes);
     test::AnswerModal(
         [&](QWidget* modal) {
             qobject_cast<QMessageBox*>(modal)->button(QMessageBox::No)->click();
         },
-        [&] { yes = prompter.askYesNo("Delete this tag?", "Option"); });
+        [&] { yes = prompter.askYesNo("Delete this tag?", "Option", DefaultAnswer::No); });
     EXPECT_FALSE(yes);
 }
 

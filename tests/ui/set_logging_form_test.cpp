@@ -24,8 +24,11 @@ class FilePrompter final : public Prompter {
     void message(const std::string& text, const std::string& title) override {
         inner.message(text, title);
     }
-    bool askYesNo(const std::string& t, const std::string& ti) override {
-        return inner.askYesNo(t, ti);
+    bool askYesNo(const std::string& t, const std::string& ti, DefaultAnswer enter) override {
+        return inner.askYesNo(t, ti, enter);
+    }
+    SaveChoice askSaveDiscardCancel(const std::string& t, const std::string& ti) override {
+        return inner.askSaveDiscardCancel(t, ti);
     }
     std::optional<std::string> input(const std::string& p, const std::string& t) override {
         return inner.input(p, t);

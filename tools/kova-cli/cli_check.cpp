@@ -150,6 +150,11 @@ std::unique_ptr<Station> scratchStation(const SetupUnderCheck& file) {
     return st;
 }
 
+// Trend pens and the logging condition that lost the tag they followed.
+void CheckReferences(const SetupUnderCheck& file, Problems& problems) {
+    for (auto& p : CheckTagReferences(*file.station)) problems.push_back(std::move(p));
+}
+
 // Alarms the alarm set-up window would not save as they stand.
 void CheckAlarms(const SetupUnderCheck& file, Problems& problems) {
     for (auto& p : CheckAlarmRecords(*file.station)) problems.push_back(std::move(p));
@@ -185,6 +190,7 @@ constexpr Checker kCheckers[] = {
     {"values", CheckValues, true},
     {"set-up windows", CheckSetupWindowValues, true},
     {"tags", CheckTags, true},
+    {"references", CheckReferences, true},
     {"alarms", CheckAlarms, true},
     {"screens", CheckScreens, true},
     {"trends", CheckTrends, true},

@@ -1,6 +1,7 @@
 #include "cli_check_tags.h"
 
 #include "tags/tag.h"
+#include "tags/tag_editor.h"
 
 namespace kova::cli {
 
@@ -62,6 +63,34 @@ std::vector<std::string> CheckTagRecords(const Station& st) {
                                    ": the tag editor refuses it (\"Duplicate Tag Names. See Tag "
                                    "Numbers " +
                                    std::to_string(i) + " and " + std::to_string(j) + ".\")");
+    return problems;
+}
+
+std::vector<std::string> CheckTagReferences(const Station& st) {
+    std::vector<std::string> problems;
+    auto placeHolder = [&](int n) {
+        return n >= 1 && n <= kUserTags && IsDeletedTagPlaceHolder(st.tags[n]);
+    };
+    auto lost = [&](int n) {
+        return "refers to " + st.tags[n].TagName +
+               ", the place-holder that deleting a tag leaves: the tag it followed was deleted, "
+               "or moved up when a tag before it was deleted";
+    };
+    for (int t = 1; t <= 10; ++t)
+        for (int pen = 1; pen <= 4; ++pen) {
+            const int n = st.trends.TrendTable(t, pen);
+            if (placeHolder(n))
+                problems.push_back("trend " + std::to_string(t) + " pen " + std::to_string(pen) +
+                                   " (tag " + std::to_string(n) + "): " + lost(n));
+        }
+    const int n = st.logging.ConditionTag;
+    const std::string where = "ConditionTag " + std::to_string(n) + " (logging start/stop)";
+    if (placeHolder(n))
+        problems.push_back(where + ": " + lost(n));
+    else if (n >= 1 && n <= kUserTags && st.tags[n].TagName.empty())
+        problems.push_back(where +
+                           ": the tag has no name, so the logging start/stop window shows no "
+                           "condition tag");
     return problems;
 }
 

@@ -13,4 +13,11 @@ namespace kova::cli {
 // message. Unnamed slots are left alone: File New leaves every slot so.
 std::vector<std::string> CheckTagRecords(const Station& st);
 
+// References by number alone that have lost their tag: a trend pen or the logging condition
+// on the place-holder variable that deleting a tag leaves (a file written before deleting
+// carried the references along: they now show whatever moved into the slot), and a logging
+// condition on a tag slot without a name. Alarms and readings-screen lines also keep the
+// tag's name; the window checks report those whose name and number disagree.
+std::vector<std::string> CheckTagReferences(const Station& st);
+
 }  // namespace kova::cli

@@ -29,6 +29,7 @@
 #include "platform/port_backends.h"
 #include "platform/simulated_bus.h"
 #include "run_support.h"
+#include "service_notify.h"
 #include "setup_json.h"
 
 namespace kova::cli {
@@ -93,6 +94,18 @@ bool writeState(const Station& st, long long lateTicks, const std::string& path,
     j["ScanTime"] = st.scan.ScanTime;
     j["LateTicks"] = lateTicks;
     return WriteOutputFile(path, j.dump(2) + "\n", error);
+}
+
+// --stall-scan: the scan hangs after the tick asked for, as a stuck driver would; only a
+// stop ends the stall early.
+void stallIfAsked(const RunOptions& o, long long tick, const std::atomic<bool>& stop) {
+    if (!o.stall || o.stall->tick != tick) return;
+    std::fprintf(stderr,
+                 "kova-cli: run: the scan stalls for %lld ms after tick %lld (--stall-scan)\n",
+                 o.stall->ms, tick);
+    std::fflush(stderr);
+    SleepUntilOrStop(std::chrono::steady_clock::now() + std::chrono::milliseconds(o.stall->ms),
+                     stop);
 }
 
 }  // namespace
@@ -171,6 +184,7 @@ static int RunCommand(const RunOptions& o) {
     if (o.poll) st.switches.PollEnabled = true;
     if (o.log) guarded([&] { ToggleLogging(st); });
 
+    ServiceNotifier service;  // systemd, when run as its service
     auto next = std::chrono::steady_clock::now();
     long long lateTicks = 0;  // real clock: ticks that began more than a period after their time
     for (long long n = 0; !gStop && (!o.ticks || n < *o.ticks); ++n) {
@@ -179,15 +193,18 @@ static int RunCommand(const RunOptions& o) {
         } else if (n > 0) {
             const auto period = std::chrono::milliseconds(timer.interval);
             next += period;
-            if (!SleepUntilOrStop(next, gStop)) break;
+            if (!SleepUntilOrStop(next, gStop, [&] { service.waiting(); })) break;
             if (std::chrono::steady_clock::now() - next > period) ++lateTicks;
         }
         if (guarded([&] { Tick(st); })) report.clear();
+        stallIfAsked(o, n + 1, gStop);
         teller.tell(st);
         if (publisher) guarded([&] { publisher->afterTick(st); });
         if (links) guarded([&] { links->afterTick(st, lateTicks); });
+        service.tickDone();  // the whole tick, its publishing included
     }
 
+    service.stopping();
     guarded([&] { CloseLogFile(st); });
     // A write that failed names its file and makes the exit code 2.
     int rc = writeFailed ? 2 : 0;

@@ -2,10 +2,16 @@
 
 #include <CLI/CLI.hpp>
 #include <limits>
+#include <string>
 
 #include "cli_values.h"
 
 namespace kova::cli {
+
+namespace {
+constexpr long long kMaxStallTick = std::numeric_limits<long long>::max();
+constexpr long long kMaxStallMs = 3600000;  // an hour
+}  // namespace
 
 void AddRunOptions(CLI::App& run, RunOptions& o) {
     run.add_option("FILE.SUF", o.file, "The setup file to run")->required();
@@ -33,6 +39,26 @@ void AddRunOptions(CLI::App& run, RunOptions& o) {
            },
            "sim: the module's simulator on a simulated port instead of the real port")
         ->type_name("sim");
+    // Not in --help: a stalled scan is what the service watchdog must catch, and this is
+    // how a test (or someone checking an installed service) makes one.
+    run.add_option_function<std::string>(
+           "--stall-scan",
+           [&o](const std::string& v) {
+               const auto colon = v.find(':');
+               const auto tick = ParseWholeNumber(v.substr(0, colon), 1, kMaxStallTick);
+               const auto ms = colon == std::string::npos
+                                   ? std::nullopt
+                                   : ParseWholeNumber(v.substr(colon + 1), 0, kMaxStallMs);
+               if (!tick || !ms)
+                   throw CLI::ValidationError(
+                       "--stall-scan", "takes TICK:MS (tick 1.." + std::to_string(kMaxStallTick) +
+                                           ", 0.." + std::to_string(kMaxStallMs) + " ms), not \"" +
+                                           v + "\"");
+               o.stall = ScanStall{*tick, *ms};
+           },
+           "After tick TICK the scan stalls for MS milliseconds")
+        ->type_name("TICK:MS")
+        ->group("");
 }
 
 }  // namespace kova::cli

@@ -12,6 +12,12 @@ class App;
 
 namespace kova::cli {
 
+// After tick `tick` the scan stalls for `ms` milliseconds, as a hung driver would.
+struct ScanStall {
+    long long tick = 0;
+    long long ms = 0;
+};
+
 struct RunOptions {
     std::string file;
     std::optional<long long> ticks;
@@ -33,6 +39,8 @@ struct RunOptions {
     std::string httpUsers;
     std::string httpCert;
     std::string httpKey;
+    // The hidden --stall-scan TICK:MS, for testing the service watchdog from outside.
+    std::optional<ScanStall> stall;
 };
 
 // Declares the setup file and every option of run on the run command; the values land in

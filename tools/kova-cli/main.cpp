@@ -6,6 +6,7 @@
 #include <string>
 
 #include "commands.h"
+#include "kova_version.h"
 
 namespace {
 
@@ -39,7 +40,11 @@ int Fail(const std::string& message) {
 
 int main(int argc, char** argv) {
     using namespace kova::cli;
-    CLI::App app("kova-cli: inspect, build, check and run KOVA setup files", "kova-cli");
+    CLI::App app(std::string("kova-cli ") + kova::kVersion +
+                     ": inspect, build, check and run KOVA setup files",
+                 "kova-cli");
+    app.set_version_flag("--version", std::string("kova-cli ") + kova::kVersion,
+                         "Print the version and exit");
     app.require_subcommand(1);
     // A path such as /data/Plant.SUF is a file name on every system, never a "/option" in
     // the Windows manner (which the Windows build would otherwise accept).
@@ -58,7 +63,7 @@ int main(int argc, char** argv) {
         std::printf("%s", app.help().c_str());
         return 0;
     }
-    if (!name.empty() && name[0] == '-' && name != "-h" && name != "--help")
+    if (!name.empty() && name[0] == '-' && name != "-h" && name != "--help" && name != "--version")
         return Fail("unknown option " + name + " (kova-cli --help lists the commands)");
     if (name.empty() || (name[0] != '-' && !isCommand(app, name)))
         return Fail("unknown command \"" + name + "\" (kova-cli --help lists the commands)");

@@ -32,9 +32,11 @@ void InstallStopSignals(std::atomic<bool>& stop) {
     std::signal(SIGTERM, setStopFlag);
 }
 
-bool SleepUntilOrStop(std::chrono::steady_clock::time_point until, const std::atomic<bool>& stop) {
+bool SleepUntilOrStop(std::chrono::steady_clock::time_point until, const std::atomic<bool>& stop,
+                      const std::function<void()>& eachLook) {
     constexpr std::chrono::milliseconds kLook{50};
     while (!stop) {
+        if (eachLook) eachLook();
         const auto now = std::chrono::steady_clock::now();
         if (now >= until) return true;
         std::this_thread::sleep_for(

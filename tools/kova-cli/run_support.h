@@ -4,6 +4,7 @@
 // start-up makes, and telling the user once about the port and a silent module.
 #include <atomic>
 #include <chrono>
+#include <functional>
 #include <string>
 
 #include "core/station.h"
@@ -13,8 +14,10 @@ namespace kova::cli {
 // From now on SIGINT and SIGTERM set stop; the run checks it between its steps.
 void InstallStopSignals(std::atomic<bool>& stop);
 
-// Sleeps until `until`, looking at stop every 50 ms. False when stopped first.
-bool SleepUntilOrStop(std::chrono::steady_clock::time_point until, const std::atomic<bool>& stop);
+// Sleeps until `until`, looking at stop (and calling eachLook, when given) every 50 ms.
+// False when stopped first.
+bool SleepUntilOrStop(std::chrono::steady_clock::time_point until, const std::atomic<bool>& stop,
+                      const std::function<void()>& eachLook = {});
 
 // For every module type but TEST: measures the PC's speed as the program's start-up does,
 // gives the drivers the delay count and prints the figure ("PC SPEED=...  Delay=..."; a

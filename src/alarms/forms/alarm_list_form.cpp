@@ -84,7 +84,7 @@ AlarmListWindow::AlarmListWindow(Station& st, ErrorReport& report, Printer& prin
     connect(cmdPrint_, &QPushButton::clicked, this, &AlarmListWindow::printClicked);
     connect(cmdExit_, &QPushButton::clicked, this, &QWidget::close);
 
-    report_.guard([&] { form_ = OpenAlarmList(st_); });
+    guard_([&] { form_ = OpenAlarmList(st_); });
     display();
 
     timer_.setObjectName("TmrRefresh");
@@ -109,30 +109,30 @@ void AlarmListWindow::display() {
 }
 
 void AlarmListWindow::currentClicked() {
-    report_.guard([&] { ShowCurrentAlarms(st_, form_); });
+    guard_([&] { ShowCurrentAlarms(st_, form_); });
     display();
 }
 
 void AlarmListWindow::historyClicked() {
-    report_.guard([&] { ShowAlarmHistory(st_, form_); });
+    guard_([&] { ShowAlarmHistory(st_, form_); });
     display();
 }
 
 void AlarmListWindow::ackClicked() {
-    report_.guard([&] { AcknowledgeFromList(st_, form_); });
+    guard_([&] { AcknowledgeFromList(st_, form_); });
     display();
 }
 
 void AlarmListWindow::saveClicked() {
-    report_.guard([&] { SaveAlarmHistory(st_); });
+    guard_([&] { SaveAlarmHistory(st_); });
 }
 
 void AlarmListWindow::printClicked() {
-    report_.guard([&] { PrintAlarmHistory(st_, printer_); });
+    guard_([&] { PrintAlarmHistory(st_, printer_); });
 }
 
 void AlarmListWindow::refresh() {
-    report_.guard([&] {
+    guard_([&] {
         if (form_.ShowingHistory)
             ShowAlarmHistory(st_, form_);
         else

@@ -7,6 +7,7 @@
 
 #include "alarms/alarm_list.h"
 #include "core/error_report.h"
+#include "core/forms/window_calls.h"
 #include "core/station.h"
 #include "platform/printer.h"
 
@@ -39,6 +40,7 @@ class AlarmListWindow : public QWidget {
 
     Station& st_;
     ErrorReport& report_;
+    forms::WindowCalls guard_{st_, report_, this};
     Printer& printer_;
     AlarmListForm form_;
     QTimer timer_;

@@ -98,25 +98,51 @@ AlarmSetupWindow::AlarmSetupWindow(Station& st, ErrorReport& report, QWidget* pa
     connect(cmdDelete_, &QPushButton::clicked, this, &AlarmSetupWindow::deleteClicked);
     connect(cmdExit_, &QPushButton::clicked, this, &AlarmSetupWindow::exitClicked);
 
-    report_.guard([&] { form_ = OpenAlarmSetup(st_); });
-    cboTag_->addItem("");  // no tag: the alarm is cleared
-    for (const std::string& name : form_.CboTagList) cboTag_->addItem(QString::fromStdString(name));
+    guard_([&] { form_ = OpenAlarmSetup(st_); });
+    forms::RefillKeepingText(cboTag_, tagEntries());
     chkEnableAlm_->setChecked(form_.ChkEnableAlm);
     display();
     cboTag_->setFocus();
+    changes_ = st_.changes.subscribe([this](TableChange change) { tablesChanged(change); });
+}
+
+// The drop-down's entries: no tag first (the alarm is cleared), then the tag names.
+std::vector<std::string> AlarmSetupWindow::tagEntries() const {
+    std::vector<std::string> entries{""};
+    entries.insert(entries.end(), form_.CboTagList.begin(), form_.CboTagList.end());
+    return entries;
+}
+
+void AlarmSetupWindow::tablesChanged(TableChange change) {
+    read();
+    guard_([&] { AlarmSetupTablesChanged(st_, form_, change); });
+    forms::RefillKeepingText(cboTag_, tagEntries());
+    chkEnableAlm_->setChecked(form_.ChkEnableAlm);
+    display();
+}
+
+void AlarmSetupWindow::afterMove(bool moved) {
+    if (moved) {
+        display();
+        forms::FocusAndSelect(cboTag_);
+        return;
+    }
+    // A refused alarm stays as typed.
+    const std::pair<const char*, QWidget*> boxes[] = {
+        {"CboTag", cboTag_},     {"TxtHiVal", txtHiVal_}, {"TxtHiMsg", txtHiMsg_},
+        {"TxtLoVal", txtLoVal_}, {"TxtLoMsg", txtLoMsg_}, {"TxtNormMsg", txtNormMsg_}};
+    for (const auto& [name, box] : boxes)
+        if (form_.FailedBox == name) forms::FocusAndSelect(box);
 }
 
 void AlarmSetupWindow::display() {
     lblAlmNo_->setText(QString::number(form_.LblAlmNo));
-    const QString tag = QString::fromStdString(form_.CboTag);
-    const int listed = cboTag_->findText(tag);
-    if (listed >= 0) cboTag_->setCurrentIndex(listed);
-    cboTag_->setEditText(tag);
-    txtHiVal_->setText(QString::fromStdString(form_.TxtHiVal));
-    txtHiMsg_->setText(QString::fromStdString(form_.TxtHiMsg));
-    txtLoVal_->setText(QString::fromStdString(form_.TxtLoVal));
-    txtLoMsg_->setText(QString::fromStdString(form_.TxtLoMsg));
-    txtNormMsg_->setText(QString::fromStdString(form_.TxtNormMsg));
+    forms::ShowText(cboTag_, form_.CboTag);
+    forms::ShowText(txtHiVal_, form_.TxtHiVal);
+    forms::ShowText(txtHiMsg_, form_.TxtHiMsg);
+    forms::ShowText(txtLoVal_, form_.TxtLoVal);
+    forms::ShowText(txtLoMsg_, form_.TxtLoMsg);
+    forms::ShowText(txtNormMsg_, form_.TxtNormMsg);
 }
 
 void AlarmSetupWindow::read() {
@@ -132,28 +158,32 @@ void AlarmSetupWindow::read() {
 void AlarmSetupWindow::nextClicked() {
     read();
     bool moved = false;
-    report_.guard([&] { moved = NextAlarm(st_, form_); });
-    if (moved) display();  // a refused alarm stays as typed
+    guard_([&] { moved = NextAlarm(st_, form_); });
+    afterMove(moved);
 }
 
 void AlarmSetupWindow::prevClicked() {
     read();
     bool moved = false;
-    report_.guard([&] { moved = PrevAlarm(st_, form_); });
-    if (moved) display();
+    guard_([&] { moved = PrevAlarm(st_, form_); });
+    afterMove(moved);
 }
 
 void AlarmSetupWindow::deleteClicked() {
     read();
-    report_.guard([&] { DeleteAlarm(st_, form_); });
+    guard_([&] { DeleteAlarm(st_, form_); });
     display();
+    forms::FocusAndSelect(cboTag_);
 }
 
 void AlarmSetupWindow::exitClicked() {
     read();
     bool closing = false;
-    report_.guard([&] { closing = ExitAlarmSetup(st_, form_); });
-    if (!closing) return;
+    guard_([&] { closing = ExitAlarmSetup(st_, form_); });
+    if (!closing) {
+        afterMove(false);
+        return;
+    }
     emit alarmsStored();
     close();
 }

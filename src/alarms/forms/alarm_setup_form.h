@@ -5,6 +5,7 @@
 
 #include "alarms/alarm_setup.h"
 #include "core/error_report.h"
+#include "core/forms/window_calls.h"
 #include "core/station.h"
 
 class QCheckBox;
@@ -32,9 +33,14 @@ class AlarmSetupWindow : public QWidget {
   private:
     void display();
     void read();
+    // Another alarm shown: the keyboard to its tag box. A refused one: to the box at fault.
+    void afterMove(bool moved);
+    void tablesChanged(TableChange change);
+    std::vector<std::string> tagEntries() const;
 
     Station& st_;
     ErrorReport& report_;
+    forms::WindowCalls guard_{st_, report_, this};
     AlarmSetupForm form_;
     QLabel* lblAlmNo_;
     QComboBox* cboTag_;
@@ -48,6 +54,7 @@ class AlarmSetupWindow : public QWidget {
     QPushButton* cmdNext_;
     QPushButton* cmdDelete_;
     QPushButton* cmdExit_;
+    ChangeNotice::Subscription changes_;
 };
 
 }  // namespace kova

@@ -154,11 +154,19 @@ ControlWindow::ControlWindow(Station& st, ErrorReport& report, QWidget* parent)
     connect(cmdExit_, &QPushButton::clicked, this, &ControlWindow::exitClicked);
     connect(cboTag_, &QComboBox::activated, this, &ControlWindow::tagChosen);
 
-    report_.guard([&] { form_ = OpenControlForm(st_); });
-    for (const std::string& name : form_.CboTag) cboTag_->addItem(QString::fromStdString(name));
+    guard_([&] { form_ = OpenControlForm(st_); });
+    forms::RefillKeepingText(cboTag_, form_.CboTag);
     cboTag_->setCurrentIndex(-1);
     display();
     txtIf_->setFocus();
+    changes_ = st_.changes.subscribe([this](TableChange change) { tablesChanged(change); });
+}
+
+void ControlWindow::tablesChanged(TableChange change) {
+    read();
+    guard_([&] { ControlFormTablesChanged(st_, form_, change); });
+    forms::RefillKeepingText(cboTag_, form_.CboTag);
+    display();
 }
 
 void ControlWindow::display() {
@@ -215,33 +223,34 @@ void ControlWindow::prevClicked() {
 void ControlWindow::step(int direction) {
     read();
     bool moved = false;
-    report_.guard(
+    guard_(
         [&] { moved = direction > 0 ? ControlFormNext(st_, form_) : ControlFormPrev(st_, form_); });
     if (!moved) {
         pointAtFailure();
         return;
     }
     display();
+    forms::FocusAndSelect(txtIf_);  // another line: the keyboard starts at its IF box
     emit controlsStored();
 }
 
 void ControlWindow::insertClicked() {
     read();
-    report_.guard([&] { ControlFormInsert(st_, form_); });
+    guard_([&] { ControlFormInsert(st_, form_); });
     display();
     txtIf_->setFocus();
 }
 
 void ControlWindow::deleteClicked() {
     read();
-    report_.guard([&] { ControlFormDelete(st_, form_); });
+    guard_([&] { ControlFormDelete(st_, form_); });
     display();
 }
 
 void ControlWindow::exitClicked() {
     read();
     bool closing = false;
-    report_.guard([&] { closing = ControlFormExit(st_, form_); });
+    guard_([&] { closing = ControlFormExit(st_, form_); });
     if (!closing) {
         pointAtFailure();
         return;

@@ -6,6 +6,7 @@
 
 #include "control/control_editor.h"
 #include "core/error_report.h"
+#include "core/forms/window_calls.h"
 #include "core/station.h"
 
 class QCheckBox;
@@ -51,10 +52,12 @@ class ControlWindow : public QWidget {
     void read();
     void tagChosen(int index);
     void pointAtFailure();
+    void tablesChanged(TableChange change);
     QWidget* box(const std::string& name) const;
 
     Station& st_;
     ErrorReport& report_;
+    forms::WindowCalls guard_{st_, report_, this};
     ControlForm form_;
     QLabel* lblLineNo_;
     QLineEdit* txtIf_;
@@ -68,6 +71,7 @@ class ControlWindow : public QWidget {
     QPushButton* cmdInsert_;
     QPushButton* cmdDelete_;
     QPushButton* cmdExit_;
+    ChangeNotice::Subscription changes_;
 };
 
 }  // namespace kova

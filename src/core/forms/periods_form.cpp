@@ -7,6 +7,8 @@
 #include <QRadioButton>
 #include <QVBoxLayout>
 
+#include "core/forms/form_widgets.h"
+
 namespace kova {
 
 namespace {
@@ -77,7 +79,11 @@ PeriodsWindow::PeriodsWindow(Station& st, ErrorReport& report, QWidget* parent)
     setMinimumWidth(340);
 
     connect(cmdExit_, &QPushButton::clicked, this, &PeriodsWindow::exitClicked);
-    report_.guard([&] { display(OpenPeriodsForm(st_)); });
+    guard_([&] { display(OpenPeriodsForm(st_)); });
+    // Another configuration: its periods.
+    changes_ = st_.changes.subscribe([this](TableChange change) {
+        if (change == TableChange::Configuration) guard_([&] { display(OpenPeriodsForm(st_)); });
+    });
 }
 
 void PeriodsWindow::display(const PeriodsForm& f) {
@@ -101,11 +107,17 @@ PeriodsForm PeriodsWindow::read() const {
 void PeriodsWindow::exitClicked() {
     PeriodsForm f = read();
     bool accepted = false;
-    report_.guard([&] { accepted = ExitPeriodsForm(st_, f); });
+    guard_([&] { accepted = ExitPeriodsForm(st_, f); });
     // The model may have put "50" back into a period box.
     txtIOPeriod_->setText(QString::fromStdString(f.TxtIOPeriod));
     txtLogPeriod_->setText(QString::fromStdString(f.TxtLogPeriod));
-    if (accepted) close();
+    if (accepted) {
+        close();
+        return;
+    }
+    // The keyboard goes back to the period at fault, its text selected.
+    if (f.FailedBox == "TxtIOPeriod") forms::FocusAndSelect(txtIOPeriod_);
+    if (f.FailedBox == "TxtLogPeriod") forms::FocusAndSelect(txtLogPeriod_);
 }
 
 }  // namespace kova

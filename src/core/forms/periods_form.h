@@ -3,6 +3,7 @@
 #include <QWidget>
 
 #include "core/error_report.h"
+#include "core/forms/window_calls.h"
 #include "core/periods_model.h"
 #include "core/station.h"
 
@@ -26,6 +27,7 @@ class PeriodsWindow : public QWidget {
 
     Station& st_;
     ErrorReport& report_;
+    forms::WindowCalls guard_{st_, report_, this};
     QLineEdit* txtIOPeriod_;
     QRadioButton* optIOmSecs_;
     QRadioButton* optIOSecs_;
@@ -35,6 +37,7 @@ class PeriodsWindow : public QWidget {
     QRadioButton* optLogTrend_;
     QRadioButton* optIOTrend_;
     QPushButton* cmdExit_;
+    ChangeNotice::Subscription changes_;
 };
 
 }  // namespace kova

@@ -17,7 +17,7 @@ using forms::button;
 QLineEdit* box(const char* name, bool readOnly, QWidget* parent) {
     auto* e = new QLineEdit(parent);
     e->setObjectName(name);
-    e->setReadOnly(readOnly);
+    forms::ShowReadOnly(e, readOnly);
     e->setMaximumWidth(120);
     return e;
 }
@@ -76,13 +76,13 @@ void CalibrationWindow::display(const CalibrationForm& f) {
 
 void CalibrationWindow::offsetClicked() {
     CalibrationForm f = read();
-    report_.guard([&] { CalibrateOffset(st_, f, reader_); });
+    guard_([&] { CalibrateOffset(st_, f, reader_); });
     display(f);
 }
 
 void CalibrationWindow::gainClicked() {
     CalibrationForm f = read();
-    report_.guard([&] { CalibrateGain(st_, f, reader_); });
+    guard_([&] { CalibrateGain(st_, f, reader_); });
     display(f);
 }
 

@@ -3,6 +3,7 @@
 #include <QWidget>
 
 #include "core/error_report.h"
+#include "core/forms/window_calls.h"
 #include "core/station.h"
 #include "daq/calibration_model.h"
 
@@ -27,6 +28,7 @@ class CalibrationWindow : public QWidget {
 
     Station& st_;
     ErrorReport& report_;
+    forms::WindowCalls guard_{st_, report_, this};
     CalibrationReader reader_;
     QLineEdit* txtInput_;
     QLineEdit* txtOffset_;

@@ -8,13 +8,15 @@
 #include <QRadioButton>
 #include <QVBoxLayout>
 
+#include "core/forms/form_widgets.h"
+
 namespace kova {
 
 namespace {
 QLineEdit* shownBox(const char* name, QWidget* parent) {
     auto* e = new QLineEdit(parent);
     e->setObjectName(name);
-    e->setReadOnly(true);
+    forms::ShowReadOnly(e, true);
     e->setMinimumWidth(160);
     return e;
 }
@@ -62,6 +64,12 @@ PrinterPortWindow::PrinterPortWindow(Station& st, ErrorReport& report, QWidget* 
     connect(exit, &QPushButton::clicked, this, &QWidget::close);
     form_ = OpenPrinterPortForm(st_);
     display();
+    // Another configuration: its printer port.
+    changes_ = st_.changes.subscribe([this](TableChange change) {
+        if (change != TableChange::Configuration) return;
+        guard_([&] { form_ = OpenPrinterPortForm(st_); });
+        display();
+    });
 }
 
 void PrinterPortWindow::display() {
@@ -74,7 +82,7 @@ void PrinterPortWindow::display() {
 void PrinterPortWindow::findPortClicked() {
     for (int i = 0; i < 3; ++i)
         if (optLpt_[static_cast<std::size_t>(i)]->isChecked()) form_.SelectedLpt = i + 1;
-    report_.guard([&] { FindPort(st_, form_); });
+    guard_([&] { FindPort(st_, form_); });
     display();
 }
 

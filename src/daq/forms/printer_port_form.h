@@ -4,6 +4,7 @@
 #include <array>
 
 #include "core/error_report.h"
+#include "core/forms/window_calls.h"
 #include "core/station.h"
 #include "daq/printer_port_detect.h"
 
@@ -25,11 +26,13 @@ class PrinterPortWindow : public QWidget {
 
     Station& st_;
     ErrorReport& report_;
+    forms::WindowCalls guard_{st_, report_, this};
     PrinterPortForm form_;
     std::array<QRadioButton*, 3> optLpt_{};
     QLineEdit* txtTypePort_;
     QLineEdit* txtMode_;
     QLineEdit* txtAddress_;
+    ChangeNotice::Subscription changes_;
 };
 
 }  // namespace kova

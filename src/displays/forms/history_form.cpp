@@ -123,7 +123,7 @@ HistoryWindow::HistoryWindow(Station& st, ErrorReport& report, PrintWindow print
     connect(cmdSelectFile_, &QPushButton::clicked, this, &HistoryWindow::selectFileClicked);
     connect(list1_, &QListWidget::itemSelectionChanged, this, &HistoryWindow::listSelectionChanged);
     connect(optTime_, &QRadioButton::toggled, this,
-            [this](bool on) { report_.guard([&] { model_->chooseTimeAxis(on); }); });
+            [this](bool on) { guard_([&] { model_->chooseTimeAxis(on); }); });
     connect(cmdUp_, &QPushButton::clicked, this, &HistoryWindow::forwardClicked);
     connect(cmdDown_, &QPushButton::clicked, this, &HistoryWindow::backClicked);
     connect(cmdPrint_, &QPushButton::clicked, this, &HistoryWindow::printClicked);
@@ -134,7 +134,7 @@ HistoryWindow::~HistoryWindow() = default;
 
 void HistoryWindow::selectFileClicked() {
     bool listed = false;
-    report_.guard([&] { listed = model_->selectFile(); });
+    guard_([&] { listed = model_->selectFile(); });
     // A cancelled, refused or unreadable choice leaves the list as it was.
     if (listed) showFile();
 }
@@ -158,7 +158,7 @@ std::vector<int> HistoryWindow::selectedRows() const {
 void HistoryWindow::listSelectionChanged() {
     const std::vector<int> rows = selectedRows();
     bool accepted = true;
-    report_.guard([&] { accepted = model_->selectItems(rows); });
+    guard_([&] { accepted = model_->selectItems(rows); });
     if (!accepted) {
         // Four pens: the item beyond them is not selected.
         const QSignalBlocker quiet(list1_);
@@ -187,15 +187,15 @@ void HistoryWindow::showPens() {
 }
 
 void HistoryWindow::forwardClicked() {
-    report_.guard([&] { model_->forward(); });
+    guard_([&] { model_->forward(); });
 }
 
 void HistoryWindow::backClicked() {
-    report_.guard([&] { model_->back(); });
+    guard_([&] { model_->back(); });
 }
 
 void HistoryWindow::printClicked() {
-    if (print_) report_.guard([&] { print_(this); });
+    if (print_) guard_([&] { print_(this); });
 }
 
 void HistoryWindow::exitClicked() {
@@ -203,7 +203,7 @@ void HistoryWindow::exitClicked() {
 }
 
 void HistoryWindow::closeEvent(QCloseEvent* event) {
-    report_.guard([&] { model_->exit(); });
+    guard_([&] { model_->exit(); });
     event->accept();
 }
 

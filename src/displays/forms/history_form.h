@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "core/error_report.h"
+#include "core/forms/window_calls.h"
 #include "core/station.h"
 #include "displays/history_view.h"
 
@@ -49,6 +50,7 @@ class HistoryWindow : public QWidget {
 
     Station& st_;
     ErrorReport& report_;
+    forms::WindowCalls guard_{st_, report_, this};
     PrintWindow print_;
     ChartView* chart_;
     std::unique_ptr<HistoryView> model_;

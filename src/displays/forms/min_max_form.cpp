@@ -79,11 +79,15 @@ MinMaxWindow::MinMaxWindow(Station& st, ErrorReport& report, QWidget* parent)
             [this] { forms::ScanGap::instance().run(this, [this] { refresh(); }); });
     timer1_.start();
     cmdReset_->setFocus();
+    // The labels follow the tag table at once, not a second later.
+    changes_ = st_.changes.subscribe([this](TableChange change) {
+        if (change != TableChange::DaqType) refresh();
+    });
 }
 
 void MinMaxWindow::refresh() {
     MinMaxRows view;
-    if (!report_.guard([&] { view = MinMaxView(st_); })) return;
+    if (!guard_([&] { view = MinMaxView(st_); })) return;
     for (int i = 0; i < kMinMaxTags; ++i) {
         const Row& row = rows_[static_cast<std::size_t>(i)];
         const MinMaxRow& r = view[i + 1];
@@ -108,7 +112,7 @@ void MinMaxWindow::refresh() {
 }
 
 void MinMaxWindow::resetClicked() {
-    report_.guard([&] { ResetMinMax(st_); });
+    guard_([&] { ResetMinMax(st_); });
     refresh();
 }
 

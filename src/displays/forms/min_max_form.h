@@ -6,6 +6,7 @@
 #include <array>
 
 #include "core/error_report.h"
+#include "core/forms/window_calls.h"
 #include "core/station.h"
 #include "displays/min_max.h"
 
@@ -35,10 +36,12 @@ class MinMaxWindow : public QWidget {
 
     Station& st_;
     ErrorReport& report_;
+    forms::WindowCalls guard_{st_, report_, this};
     QTimer timer1_;
     std::array<Row, kMinMaxTags> rows_{};
     QPushButton* cmdReset_;
     QPushButton* cmdExit_;
+    ChangeNotice::Subscription changes_;
 };
 
 }  // namespace kova

@@ -56,11 +56,6 @@ QLabel* description(const QString& name, const QString& accessible, QWidget* par
     return l;
 }
 
-void fill(QComboBox* c, const std::vector<std::string>& choices) {
-    c->clear();
-    for (const auto& name : choices) c->addItem(qs(name));
-}
-
 }  // namespace
 
 ReadingsSetupWindow::ReadingsSetupWindow(Station& st, ErrorReport& report, QWidget* parent)
@@ -164,23 +159,49 @@ ReadingsSetupWindow::ReadingsSetupWindow(Station& st, ErrorReport& report, QWidg
     connect(cmdNext_, &QPushButton::clicked, this, &ReadingsSetupWindow::nextClicked);
     connect(comExit_, &QPushButton::clicked, this, &ReadingsSetupWindow::exitClicked);
 
-    report_.guard([&] { form_ = OpenSetupScreens(st_); });
+    guard_([&] { form_ = OpenSetupScreens(st_); });
     for (std::size_t k = 0; k < kScreenRows; ++k) {
-        fill(cboAnTag_[k], form_.AnalogChoices);
-        fill(cboDigTag_[k], form_.DigitalChoices);
+        forms::RefillKeepingText(cboAnTag_[k], form_.AnalogChoices);
+        forms::RefillKeepingText(cboDigTag_[k], form_.DigitalChoices);
     }
     display();
     txtScreen_->setFocus();
+    changes_ = st_.changes.subscribe([this](TableChange change) { tablesChanged(change); });
+}
+
+void ReadingsSetupWindow::tablesChanged(TableChange change) {
+    read();
+    guard_([&] { ScreenSetupTablesChanged(st_, form_, change); });
+    for (std::size_t k = 0; k < kScreenRows; ++k) {
+        forms::RefillKeepingText(cboAnTag_[k], form_.AnalogChoices);
+        forms::RefillKeepingText(cboDigTag_[k], form_.DigitalChoices);
+    }
+    display();
+}
+
+void ReadingsSetupWindow::afterMove(bool moved) {
+    if (moved) {
+        display();
+        forms::FocusAndSelect(txtScreen_);
+        return;
+    }
+    // A refused screen stays as typed.
+    if (form_.FailedBox == "TxtJump") forms::FocusAndSelect(txtJump_);
+    for (std::size_t k = 0; k < kScreenRows; ++k) {
+        if (form_.FailedBox == "CboAnTag" + std::to_string(k)) forms::FocusAndSelect(cboAnTag_[k]);
+        if (form_.FailedBox == "CboDigTag" + std::to_string(k))
+            forms::FocusAndSelect(cboDigTag_[k]);
+    }
 }
 
 void ReadingsSetupWindow::display() {
-    txtScreen_->setText(qs(form_.TxtScreen));
-    txtJump_->setText(qs(form_.TxtJump));
+    forms::ShowText(txtScreen_, form_.TxtScreen);
+    forms::ShowText(txtJump_, form_.TxtJump);
     lblScrNo_->setText(QString::number(form_.LblScrNo));
     for (std::size_t k = 0; k < kScreenRows; ++k) {
-        cboAnTag_[k]->setEditText(qs(form_.CboAnTag[k]));
+        forms::ShowText(cboAnTag_[k], form_.CboAnTag[k]);
         lblAn_[k]->setText(qs(form_.LblAn[k]));
-        cboDigTag_[k]->setEditText(qs(form_.CboDigTag[k]));
+        forms::ShowText(cboDigTag_[k], form_.CboDigTag[k]);
         lblDig_[k]->setText(qs(form_.LblDig[k]));
     }
 }
@@ -197,22 +218,25 @@ void ReadingsSetupWindow::read() {
 void ReadingsSetupWindow::nextClicked() {
     read();
     bool moved = false;
-    report_.guard([&] { moved = NextSetupScreen(st_, form_); });
-    if (moved) display();
+    guard_([&] { moved = NextSetupScreen(st_, form_); });
+    afterMove(moved);
 }
 
 void ReadingsSetupWindow::prevClicked() {
     read();
     bool moved = false;
-    report_.guard([&] { moved = PrevSetupScreen(st_, form_); });
-    if (moved) display();
+    guard_([&] { moved = PrevSetupScreen(st_, form_); });
+    afterMove(moved);
 }
 
 void ReadingsSetupWindow::exitClicked() {
     read();
     bool leave = false;
-    report_.guard([&] { leave = ExitSetupScreens(st_, form_); });
-    if (!leave) return;
+    guard_([&] { leave = ExitSetupScreens(st_, form_); });
+    if (!leave) {
+        afterMove(false);
+        return;
+    }
     exited_ = true;
     close();
 }
@@ -222,7 +246,7 @@ void ReadingsSetupWindow::closeEvent(QCloseEvent* event) {
     if (!exited_) {
         read();
         bool leave = true;
-        report_.guard([&] { leave = ExitSetupScreens(st_, form_); });
+        guard_([&] { leave = ExitSetupScreens(st_, form_); });
         if (!leave) {
             event->ignore();
             return;

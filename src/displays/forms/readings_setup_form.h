@@ -8,6 +8,7 @@
 #include <string>
 
 #include "core/error_report.h"
+#include "core/forms/window_calls.h"
 #include "core/station.h"
 #include "displays/readings_setup.h"
 #include "tags/forms/analog_tag_form.h"
@@ -40,9 +41,13 @@ class ReadingsSetupWindow : public QWidget {
   private:
     void display();
     void read();
+    // Another screen shown: the keyboard to its title. A refused one: to the box at fault.
+    void afterMove(bool moved);
+    void tablesChanged(TableChange change);
 
     Station& st_;
     ErrorReport& report_;
+    forms::WindowCalls guard_{st_, report_, this};
     ScreenSetupForm form_;
     bool exited_ = false;
     std::string picked_;  // where the picker leaves its choice
@@ -59,6 +64,7 @@ class ReadingsSetupWindow : public QWidget {
     QPushButton* cmdPrev_;
     QPushButton* cmdNext_;
     QPushButton* comExit_;
+    ChangeNotice::Subscription changes_;
 };
 
 }  // namespace kova

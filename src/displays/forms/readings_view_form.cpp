@@ -24,14 +24,24 @@ QString qs(const std::string& s) {
     return QString::fromStdString(s);
 }
 
-// A box the program fills: read by screen readers, skipped by the Tab key.
+// A box the program fills: read by screen readers, skipped by the Tab key, and looking
+// like a box that takes no typing.
 QLineEdit* shownBox(const QString& name, int width, QWidget* parent) {
     auto* e = new QLineEdit(parent);
     e->setObjectName(name);
-    e->setReadOnly(true);
+    forms::ShowReadOnly(e, true);
     e->setFocusPolicy(Qt::NoFocus);
     e->setMinimumWidth(width);
     return e;
+}
+
+// A value box takes typing only on a line whose tag takes the operator's writes (an
+// output or a variable); on an input or an empty line it only shows.
+void allowTyping(QLineEdit* e, bool writable) {
+    if (e->isReadOnly() != writable) return;
+    forms::ShowReadOnly(e, !writable);
+    e->setFocusPolicy(writable ? Qt::StrongFocus : Qt::NoFocus);
+    e->setToolTip(writable ? QString() : QString("An input: its value is read, not written"));
 }
 
 void setName(QWidget* w, const QString& name) {
@@ -128,7 +138,7 @@ ReadingsViewWindow::ReadingsViewWindow(Station& st, ErrorReport& report, QWidget
     connect(cmdJump_, &QPushButton::clicked, this, &ReadingsViewWindow::jumpClicked);
     connect(comExit_, &QPushButton::clicked, this, &QWidget::close);
 
-    report_.guard([&] { form_ = OpenReadingsView(st_); });
+    guard_([&] { form_ = OpenReadingsView(st_); });
     display();
     // The cursor starts on a button, so that no value box is being edited from the start.
     cmdNext_->setFocus();
@@ -138,6 +148,10 @@ ReadingsViewWindow::ReadingsViewWindow(Station& st, ErrorReport& report, QWidget
     connect(&readTimer_, &QTimer::timeout, this,
             [this] { forms::ScanGap::instance().run(this, [this] { readTimerTick(); }); });
     readTimer_.start();
+    changes_ = st_.changes.subscribe([this](TableChange change) {
+        guard_([&] { ReadingsViewTablesChanged(st_, form_, change); });
+        display();
+    });
 }
 
 void ReadingsViewWindow::display() {
@@ -154,6 +168,7 @@ void ReadingsViewWindow::showRows() {
         const ReadingsAnalogRow& a = form_.Analog[k];
         setText(txtLabel_[k], a.TxtLabel);
         if (!AnalogRowEditing(st_, form_, i)) setText(txtAn_[k], a.TxtAn);
+        allowTyping(txtAn_[k], form_.AnalogWritable[k]);
         setText(txtUnits_[k], a.TxtUnits);
         // Each box is named after the label beside it.
         const QString label = a.TxtLabel.empty() ? "Analog " + n : qs(a.TxtLabel);
@@ -166,6 +181,9 @@ void ReadingsViewWindow::showRows() {
         if (lblDIP_[k]->text() != dip) lblDIP_[k]->setText(dip);
         setText(txtDig_[k], d.TxtDig);
         chkDig_[k]->setChecked(d.ChkDig);
+        // Only an output's or a variable's box takes a click; an input's only shows.
+        const bool writable = form_.DigitalWritable[k];
+        if (chkDig_[k]->isEnabled() != writable) chkDig_[k]->setEnabled(writable);
         const QString dlabel = d.LblDIP.empty() ? "Digital " + n : dip;
         setName(txtDig_[k], dlabel + " state");
         setName(chkDig_[k], dlabel);
@@ -173,17 +191,17 @@ void ReadingsViewWindow::showRows() {
 }
 
 void ReadingsViewWindow::nextClicked() {
-    report_.guard([&] { NextReadingsScreen(st_, form_); });
+    guard_([&] { NextReadingsScreen(st_, form_); });
     display();
 }
 
 void ReadingsViewWindow::prevClicked() {
-    report_.guard([&] { PrevReadingsScreen(st_, form_); });
+    guard_([&] { PrevReadingsScreen(st_, form_); });
     display();
 }
 
 void ReadingsViewWindow::jumpClicked() {
-    report_.guard([&] { JumpReadingsScreen(st_, form_); });
+    guard_([&] { JumpReadingsScreen(st_, form_); });
     display();
 }
 
@@ -194,24 +212,24 @@ void ReadingsViewWindow::readTimerTick() {
         tickFault_.clear();
     } catch (const std::exception& e) {
         const std::string text = FaultText(e);
-        if (text != tickFault_) report_.report(e);
+        if (text != tickFault_) guard_.report(e);
         tickFault_ = text;
     }
     showRows();
 }
 
 void ReadingsViewWindow::valueFocused(int row) {
-    report_.guard([&] { AnalogValueFocused(st_, form_, row); });
+    guard_([&] { AnalogValueFocused(st_, form_, row); });
 }
 
 void ReadingsViewWindow::valueLeft(int row) {
     const auto k = static_cast<std::size_t>(row);
-    report_.guard([&] { AnalogValueLeft(st_, form_, row, txtAn_[k]->text().toStdString()); });
+    guard_([&] { AnalogValueLeft(st_, form_, row, txtAn_[k]->text().toStdString()); });
     setText(txtAn_[k], form_.Analog[k].TxtAn);
 }
 
 void ReadingsViewWindow::boxClicked(int row, bool ticked) {
-    report_.guard([&] { DigitalBoxChanged(st_, form_, row, ticked); });
+    guard_([&] { DigitalBoxChanged(st_, form_, row, ticked); });
 }
 
 int ReadingsViewWindow::analogRowOf(QObject* watched) const {

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "core/error_report.h"
+#include "core/forms/window_calls.h"
 #include "core/station.h"
 #include "displays/readings_view.h"
 
@@ -44,6 +45,7 @@ class ReadingsViewWindow : public QWidget {
 
     Station& st_;
     ErrorReport& report_;
+    forms::WindowCalls guard_{st_, report_, this};
     ReadingsViewForm form_;
     QTimer readTimer_;
     std::string tickFault_;  // the fault the timer already reported, "" when none
@@ -60,6 +62,7 @@ class ReadingsViewWindow : public QWidget {
     QPushButton* cmdNext_;
     QPushButton* cmdJump_;
     QPushButton* comExit_;
+    ChangeNotice::Subscription changes_;
 };
 
 }  // namespace kova

@@ -79,18 +79,32 @@ SetTrendWindow::SetTrendWindow(Station& st, ErrorReport& report, QWidget* parent
     connect(cmdPrev, &QPushButton::clicked, this, &SetTrendWindow::previousClicked);
     connect(comNext, &QPushButton::clicked, this, &SetTrendWindow::nextClicked);
     connect(comExit, &QPushButton::clicked, this, &SetTrendWindow::exitClicked);
-    report_.guard([&] { form_ = OpenSetTrend(st_); });
+    guard_([&] { form_ = OpenSetTrend(st_); });
     display(form_);
+    changes_ = st_.changes.subscribe([this](TableChange change) { tablesChanged(change); });
 }
 
 void SetTrendWindow::display(const SetTrendForm& f) {
     lblTrendNo_->setText(QString::fromStdString(f.LblTrendNo));
     for (int pen = 1; pen <= 4; ++pen) {
         QComboBox* c = cboTagNo_[pen - 1];
-        c->clear();
-        for (const std::string& name : f.TagList) c->addItem(QString::fromStdString(name));
-        c->setEditText(QString::fromStdString(f.CboTagNo[pen - 1]));
+        forms::RefillKeepingText(c, f.TagList);
+        forms::ShowText(c, f.CboTagNo[pen - 1]);
     }
+}
+
+void SetTrendWindow::tablesChanged(TableChange change) {
+    form_ = read();
+    guard_([&] { SetTrendTablesChanged(st_, form_, change); });
+    display(form_);
+}
+
+void SetTrendWindow::afterMove(bool moved) {
+    display(form_);  // a refused trend stays as typed
+    if (moved)
+        forms::FocusAndSelect(cboTagNo_[0]);
+    else if (form_.FailedPen >= 1 && form_.FailedPen <= 4)
+        forms::FocusAndSelect(cboTagNo_[static_cast<std::size_t>(form_.FailedPen - 1)]);
 }
 
 SetTrendForm SetTrendWindow::read() const {
@@ -102,19 +116,24 @@ SetTrendForm SetTrendWindow::read() const {
 
 void SetTrendWindow::previousClicked() {
     form_ = read();
-    if (report_.guard([&] { SetTrendPrevious(st_, form_); })) display(form_);
+    bool moved = false;
+    if (guard_([&] { moved = SetTrendPrevious(st_, form_); })) afterMove(moved);
 }
 
 void SetTrendWindow::nextClicked() {
     form_ = read();
-    if (report_.guard([&] { SetTrendNext(st_, form_); })) display(form_);
+    bool moved = false;
+    if (guard_([&] { moved = SetTrendNext(st_, form_); })) afterMove(moved);
 }
 
 void SetTrendWindow::exitClicked() {
     form_ = read();
     bool accepted = false;
-    report_.guard([&] { accepted = SetTrendExit(st_, form_); });
-    if (accepted) close();
+    guard_([&] { accepted = SetTrendExit(st_, form_); });
+    if (accepted)
+        close();
+    else
+        afterMove(false);
 }
 
 }  // namespace kova

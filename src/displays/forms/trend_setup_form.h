@@ -4,6 +4,7 @@
 #include <array>
 
 #include "core/error_report.h"
+#include "core/forms/window_calls.h"
 #include "core/station.h"
 #include "displays/trend_setup.h"
 
@@ -26,12 +27,17 @@ class SetTrendWindow : public QWidget {
   private:
     void display(const SetTrendForm& f);
     SetTrendForm read() const;
+    // Another trend shown: the keyboard to pen 1. A refused one: to the pen at fault.
+    void afterMove(bool moved);
+    void tablesChanged(TableChange change);
 
     Station& st_;
     ErrorReport& report_;
+    forms::WindowCalls guard_{st_, report_, this};
     SetTrendForm form_;
     QLabel* lblTrendNo_;
     std::array<QComboBox*, 4> cboTagNo_{};
+    ChangeNotice::Subscription changes_;
 };
 
 }  // namespace kova

@@ -150,7 +150,7 @@ ViewTrendWindow::ViewTrendWindow(Station& st, ErrorReport& report, QWidget* pare
     connect(txtLowY_, &QLineEdit::returnPressed, this, &ViewTrendWindow::redraw);
     connect(txtUpperY_, &QLineEdit::returnPressed, this, &ViewTrendWindow::redraw);
 
-    report_.guard([&] { form_ = OpenViewTrend(st_, *chart_); });
+    guard_([&] { form_ = OpenViewTrend(st_, *chart_); });
     chkAuto_->blockSignals(true);
     chkAuto_->setChecked(form_.ChkAuto);
     chkAuto_->blockSignals(false);
@@ -161,6 +161,10 @@ ViewTrendWindow::ViewTrendWindow(Station& st, ErrorReport& report, QWidget* pare
     connect(&timer1_, &QTimer::timeout, this,
             [this] { forms::ScanGap::instance().run(this, [this] { tick(); }); });
     timer1_.start();
+    // The pen labels follow the tag table at once.
+    changes_ = st_.changes.subscribe([this](TableChange change) {
+        if (change != TableChange::DaqType) redraw();
+    });
 }
 
 void ViewTrendWindow::readBoxes() {
@@ -181,25 +185,25 @@ void ViewTrendWindow::display() {
 
 void ViewTrendWindow::tick() {
     readBoxes();
-    report_.guard([&] { ViewTrendTick(st_, form_, *chart_); });
+    guard_([&] { ViewTrendTick(st_, form_, *chart_); });
     display();
 }
 
 void ViewTrendWindow::redraw() {
     readBoxes();
-    report_.guard([&] { DrawTrend(st_, form_, *chart_); });
+    guard_([&] { DrawTrend(st_, form_, *chart_); });
     display();
 }
 
 void ViewTrendWindow::previousClicked() {
     readBoxes();
-    report_.guard([&] { ViewTrendPrevious(st_, form_, *chart_); });
+    guard_([&] { ViewTrendPrevious(st_, form_, *chart_); });
     display();
 }
 
 void ViewTrendWindow::nextClicked() {
     readBoxes();
-    report_.guard([&] { ViewTrendNext(st_, form_, *chart_); });
+    guard_([&] { ViewTrendNext(st_, form_, *chart_); });
     display();
 }
 

@@ -6,6 +6,7 @@
 #include <array>
 
 #include "core/error_report.h"
+#include "core/forms/window_calls.h"
 #include "core/station.h"
 #include "displays/trend_view.h"
 
@@ -39,6 +40,7 @@ class ViewTrendWindow : public QWidget {
 
     Station& st_;
     ErrorReport& report_;
+    forms::WindowCalls guard_{st_, report_, this};
     ViewTrendForm form_;
     ChartView* chart_;
     std::array<QLabel*, 4> lbl1_{};
@@ -50,6 +52,7 @@ class ViewTrendWindow : public QWidget {
     QCheckBox* chkAuto_;
     QCheckBox* optLog_;
     QTimer timer1_;
+    ChangeNotice::Subscription changes_;
 };
 
 }  // namespace kova

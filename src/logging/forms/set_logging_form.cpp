@@ -8,12 +8,16 @@
 #include <QRadioButton>
 #include <QVBoxLayout>
 
+#include "core/forms/form_widgets.h"
 #include "logging/forms/labelled.h"
 
 namespace kova {
 
 namespace {
 using logform::LabelFor;
+
+constexpr const char* kLogFileBoxTip =
+    "Choose the log file with \"Choose File...\": its name cannot be typed here";
 
 template <typename T>
 T* named(T* w, const char* name) {
@@ -29,8 +33,12 @@ SetLoggingWindow::SetLoggingWindow(Station& st, ErrorReport& report, QWidget* pa
 
     // Created in the order of the layout, which is the tab order.
     txtFileName_ = named(new QLineEdit(this), "TxtFileName");
-    // The name comes from the file dialog only; typing here would change nothing.
-    txtFileName_->setReadOnly(true);
+    // The name comes from the file dialog only: the box takes no typing and looks so, and
+    // says (to the eye and to a screen reader) how the file is chosen.
+    forms::ShowReadOnly(txtFileName_, true);
+    txtFileName_->setToolTip(kLogFileBoxTip);
+    txtFileName_->setAccessibleDescription(kLogFileBoxTip);
+    txtFileName_->setPlaceholderText("(none: press Choose File...)");
     txtFileName_->setMinimumWidth(320);
     QLabel* fileLabel = LabelFor("&Log file:", txtFileName_, this);
     comFile_ = named(new QPushButton("Choose &File...", this), "ComFile");
@@ -83,9 +91,17 @@ SetLoggingWindow::SetLoggingWindow(Station& st, ErrorReport& report, QWidget* pa
     // clicked, not toggled: showing the settings must not count as the user's click.
     connect(chkDaily_, &QCheckBox::clicked, this, &SetLoggingWindow::dailyClicked);
     connect(comExit_, &QPushButton::clicked, this, &SetLoggingWindow::exitClicked);
-    report_.guard([&] {
+    guard_([&] {
         form_ = OpenSetLoggingForm(st_);
         display(form_);
+    });
+    // Another configuration: its log file and columns.
+    changes_ = st_.changes.subscribe([this](TableChange change) {
+        if (change != TableChange::Configuration) return;
+        guard_([&] {
+            form_ = OpenSetLoggingForm(st_);
+            display(form_);
+        });
     });
 }
 
@@ -110,7 +126,7 @@ SetLoggingForm SetLoggingWindow::read() const {
 }
 
 void SetLoggingWindow::chooseFileClicked() {
-    report_.guard([&] {
+    guard_([&] {
         form_ = read();
         if (ChooseLogFile(st_, form_)) {
             txtFileName_->setText(QString::fromStdString(form_.TxtFileName));
@@ -120,12 +136,12 @@ void SetLoggingWindow::chooseFileClicked() {
 }
 
 void SetLoggingWindow::dailyClicked(bool checked) {
-    report_.guard([&] { ClickDailyFiles(st_, form_, checked); });
+    guard_([&] { ClickDailyFiles(st_, form_, checked); });
 }
 
 void SetLoggingWindow::exitClicked() {
     form_ = read();
-    if (report_.guard([&] { ExitSetLoggingForm(st_, form_); })) close();
+    if (guard_([&] { ExitSetLoggingForm(st_, form_); })) close();
 }
 
 }  // namespace kova

@@ -4,6 +4,7 @@
 #include <QWidget>
 
 #include "core/error_report.h"
+#include "core/forms/window_calls.h"
 #include "core/station.h"
 #include "logging/set_logging_model.h"
 
@@ -32,6 +33,7 @@ class SetLoggingWindow : public QWidget {
 
     Station& st_;
     ErrorReport& report_;
+    forms::WindowCalls guard_{st_, report_, this};
     SetLoggingForm form_;
     QLineEdit* txtFileName_;
     QPushButton* comFile_;
@@ -42,6 +44,7 @@ class SetLoggingWindow : public QWidget {
     QCheckBox* chkDaily_;
     QCheckBox* newFile_;
     QPushButton* comExit_;
+    ChangeNotice::Subscription changes_;
 };
 
 }  // namespace kova

@@ -39,10 +39,6 @@ QButtonGroup* pair(QRadioButton* a, QRadioButton* b, QWidget* parent) {
     g->addButton(b);
     return g;
 }
-
-QString q(const std::string& s) {
-    return QString::fromStdString(s);
-}
 }  // namespace
 
 StartLogWindow::StartLogWindow(Station& st, ErrorReport& report, QWidget* parent)
@@ -144,23 +140,33 @@ StartLogWindow::StartLogWindow(Station& st, ErrorReport& report, QWidget* parent
     layout->addLayout(bottom);
 
     connect(exit_, &QPushButton::clicked, this, &StartLogWindow::exitClicked);
-    report_.guard([&] {
-        for (const std::string& name : ConditionTagChoices(st_)) cboTag_->addItem(q(name));
+    guard_([&] {
+        forms::RefillKeepingText(cboTag_, ConditionTagChoices(st_));
         opened_ = OpenStartLogForm(st_);
         display(opened_);
     });
+    changes_ = st_.changes.subscribe([this](TableChange change) { tablesChanged(change); });
+}
+
+void StartLogWindow::tablesChanged(TableChange change) {
+    StartLogForm f = read();
+    guard_([&] {
+        StartLogTablesChanged(st_, f, opened_, change);
+        forms::RefillKeepingText(cboTag_, ConditionTagChoices(st_));
+    });
+    display(f);
 }
 
 void StartLogWindow::display(const StartLogForm& f) {
     if (QAbstractButton* b = optLogMode_->button(f.OptLogMode)) b->setChecked(true);
-    txtSampleNo_->setText(q(f.TxtSampleNo));
-    cboTag_->setEditText(q(f.CboTag));
-    txtStartValue_->setText(q(f.TxtStartValue));
+    forms::ShowText(txtSampleNo_, f.TxtSampleNo);
+    forms::ShowText(cboTag_, f.CboTag);
+    forms::ShowText(txtStartValue_, f.TxtStartValue);
     (f.OptStartAbove ? optStartAbove_ : optStartBelow_)->setChecked(true);
-    txtStopValue_->setText(q(f.TxtStopValue));
+    forms::ShowText(txtStopValue_, f.TxtStopValue);
     (f.OptStopAbove ? optStopAbove_ : optStopBelow_)->setChecked(true);
-    txtStartTime_->setText(q(f.TxtStartTime));
-    txtStopTime_->setText(q(f.TxtStopTime));
+    forms::ShowText(txtStartTime_, f.TxtStartTime);
+    forms::ShowText(txtStopTime_, f.TxtStopTime);
     chkLogging_->setChecked(f.ChkLogging);
 }
 
@@ -184,14 +190,24 @@ StartLogForm StartLogWindow::read() const {
 void StartLogWindow::exitClicked() {
     StartLogForm f = read();
     bool accepted = false;
-    if (!report_.guard([&] { accepted = ExitStartLogForm(st_, f); })) {
+    if (!guard_([&] { accepted = ExitStartLogForm(st_, f); })) {
         // The log file could not be opened: the box shows that logging stayed off.
         chkLogging_->setChecked(st_.switches.LoggingEnabled.isOn());
     } else if (!f.ChkLogging) {
         chkLogging_->setChecked(false);  // no log file name: the box is cleared
     }
     emit loggingSwitched();
-    if (accepted) close();
+    if (accepted) {
+        close();
+        return;
+    }
+    // The keyboard goes back to the box at fault, its text selected.
+    const std::pair<const char*, QWidget*> boxes[] = {
+        {"TxtSampleNo", txtSampleNo_},     {"CboTag", cboTag_},
+        {"TxtStartValue", txtStartValue_}, {"TxtStopValue", txtStopValue_},
+        {"TxtStartTime", txtStartTime_},   {"TxtStopTime", txtStopTime_}};
+    for (const auto& [name, box] : boxes)
+        if (f.FailedBox == name) forms::FocusAndSelect(box);
 }
 
 }  // namespace kova

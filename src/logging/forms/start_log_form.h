@@ -4,6 +4,7 @@
 #include <QWidget>
 
 #include "core/error_report.h"
+#include "core/forms/window_calls.h"
 #include "core/station.h"
 #include "logging/start_log_model.h"
 
@@ -31,9 +32,11 @@ class StartLogWindow : public QWidget {
   private:
     void display(const StartLogForm& f);
     StartLogForm read() const;
+    void tablesChanged(TableChange change);
 
     Station& st_;
     ErrorReport& report_;
+    forms::WindowCalls guard_{st_, report_, this};
     StartLogForm opened_;
     QButtonGroup* optLogMode_;
     QLineEdit* txtSampleNo_;
@@ -48,6 +51,7 @@ class StartLogWindow : public QWidget {
     QLineEdit* txtStopTime_;
     QCheckBox* chkLogging_;
     QPushButton* exit_;
+    ChangeNotice::Subscription changes_;
 };
 
 }  // namespace kova

@@ -3,12 +3,13 @@
 #include <QComboBox>
 #include <QVBoxLayout>
 
+#include "core/forms/form_widgets.h"
 #include "tags/analog_tag_picker.h"
 
 namespace kova {
 
 AnalogTagWindow::AnalogTagWindow(const Station& st, std::string& picked, QWidget* parent)
-    : QWidget(parent, Qt::Window), picked_(picked) {
+    : QWidget(parent, Qt::Window), st_(st), picked_(picked) {
     setObjectName("FrmAnalogTag");
     setWindowTitle("Select Analog Tag");
     cboTagNo_ = new QComboBox(this);
@@ -18,12 +19,19 @@ AnalogTagWindow::AnalogTagWindow(const Station& st, std::string& picked, QWidget
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(cboTagNo_);
 
-    choices_ = AnalogTagChoices(st.tags);
-    cboTagNo_->clear();
-    for (const auto& name : choices_) cboTagNo_->addItem(QString::fromStdString(name));
+    fill();
     // Nothing is chosen until the user picks an entry.
     cboTagNo_->setCurrentIndex(-1);
     connect(cboTagNo_, &QComboBox::activated, this, &AnalogTagWindow::choose);
+    // The list follows the tag table while the picker is open.
+    changes_ = st_.changes.subscribe([this](TableChange change) {
+        if (change != TableChange::DaqType) fill();
+    });
+}
+
+void AnalogTagWindow::fill() {
+    choices_ = AnalogTagChoices(st_.tags);
+    forms::RefillKeepingText(cboTagNo_, choices_);
 }
 
 void AnalogTagWindow::choose(int index) {

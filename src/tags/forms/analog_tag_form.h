@@ -24,9 +24,13 @@ class AnalogTagWindow : public QWidget {
     void tagPicked(const QString& name);
 
   private:
+    void fill();
+
+    const Station& st_;
     std::string& picked_;
     std::vector<std::string> choices_;
     QComboBox* cboTagNo_;
+    ChangeNotice::Subscription changes_;
 };
 
 }  // namespace kova

@@ -21,6 +21,9 @@ DaqTypeWindow::DaqTypeWindow(Station& st, ErrorReport& report, QWidget* parent)
     for (int i = 0; i < kDaqTypeCount; ++i) {
         auto* b = new QRadioButton(QString::fromStdString(DaqTypeCaption(i)), frame);
         b->setObjectName(QString("OptDaqType%1").arg(i));
+        const QString tip = QString::fromStdString(DaqTypeTip(i));
+        b->setToolTip(tip);
+        b->setAccessibleDescription(tip);
         optDaqType_[static_cast<std::size_t>(i)] = b;
         options->addWidget(b);
     }
@@ -36,6 +39,14 @@ DaqTypeWindow::DaqTypeWindow(Station& st, ErrorReport& report, QWidget* parent)
     setMinimumWidth(260);
 
     connect(cmdExit_, &QPushButton::clicked, this, &DaqTypeWindow::exitClicked);
+    showType();
+    // Another configuration: its module type.
+    changes_ = st_.changes.subscribe([this](TableChange change) {
+        if (change == TableChange::Configuration) showType();
+    });
+}
+
+void DaqTypeWindow::showType() {
     const DaqTypeForm f = OpenDaqTypeForm(st_);
     for (int i = 0; i < kDaqTypeCount; ++i)
         if (f.OptDaqType[static_cast<std::size_t>(i)])
@@ -47,7 +58,7 @@ void DaqTypeWindow::exitClicked() {
     for (int i = 0; i < kDaqTypeCount; ++i)
         f.OptDaqType[static_cast<std::size_t>(i)] =
             optDaqType_[static_cast<std::size_t>(i)]->isChecked();
-    if (report_.guard([&] { ExitDaqTypeForm(st_, f); })) emit daqTypeApplied();
+    if (guard_([&] { ExitDaqTypeForm(st_, f); })) emit daqTypeApplied();
     close();
 }
 

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "core/error_report.h"
+#include "core/forms/window_calls.h"
 #include "core/station.h"
 #include "tags/daq_profile.h"
 
@@ -25,10 +26,14 @@ class DaqTypeWindow : public QWidget {
     void daqTypeApplied();
 
   private:
+    void showType();
+
     Station& st_;
     ErrorReport& report_;
+    forms::WindowCalls guard_{st_, report_, this};
     std::array<QRadioButton*, kDaqTypeCount> optDaqType_{};
     QPushButton* cmdExit_;
+    ChangeNotice::Subscription changes_;
 };
 
 }  // namespace kova

@@ -88,13 +88,17 @@ TagEditorWindow::TagEditorWindow(Station& st, ErrorReport& report, Printer& prin
     auto* scaling = new QGroupBox("Scaling", this);
     scaling->setObjectName("FraScaling");
     auto* points = new QGridLayout(scaling);
-    points->addWidget(labelFor("Raw Value1", txtRawValue1_, scaling), 0, 0);
+    lblRawValue1_ = labelFor("Raw Value1", txtRawValue1_, scaling);
+    lblRawValue2_ = labelFor("Raw Value2", txtRawValue2_, scaling);
+    lblEngValue1_ = labelFor("Engineering Value1", txtEngValue1_, scaling);
+    lblEngValue2_ = labelFor("Engineering Value2", txtEngValue2_, scaling);
+    points->addWidget(lblRawValue1_, 0, 0);
     points->addWidget(txtRawValue1_, 0, 1);
-    points->addWidget(labelFor("Engineering Value1", txtEngValue1_, scaling), 0, 2);
+    points->addWidget(lblEngValue1_, 0, 2);
     points->addWidget(txtEngValue1_, 0, 3);
-    points->addWidget(labelFor("Raw Value2", txtRawValue2_, scaling), 1, 0);
+    points->addWidget(lblRawValue2_, 1, 0);
     points->addWidget(txtRawValue2_, 1, 1);
-    points->addWidget(labelFor("Engineering Value2", txtEngValue2_, scaling), 1, 2);
+    points->addWidget(lblEngValue2_, 1, 2);
     points->addWidget(txtEngValue2_, 1, 3);
     points->setColumnMinimumWidth(1, 110);
     points->setColumnStretch(4, 1);
@@ -140,26 +144,79 @@ TagEditorWindow::TagEditorWindow(Station& st, ErrorReport& report, Printer& prin
     connect(cmdExit, &QPushButton::clicked, this, &TagEditorWindow::exitClicked);
     connect(cboIOName_, &QComboBox::activated, this, &TagEditorWindow::ioNameChosen);
 
-    report_.guard([&] { form_ = OpenTagForm(st_); });
+    guard_([&] { form_ = OpenTagForm(st_); });
     for (const std::string& name : form_.IONames) cboIOName_->addItem(q(name));
     display();
     txtLabel_->setFocus();
+    changes_ = st_.changes.subscribe([this](TableChange change) { tablesChanged(change); });
 }
 
 void TagEditorWindow::display() {
     lblTag_->setText(QString::number(form_.LblTag));
-    txtLabel_->setText(q(form_.TxtLabel));
-    txtTagName_->setText(q(form_.TxtTagName));
-    txtRTUAddr_->setText(q(form_.TxtRTUAddr));
-    const int index = cboIOName_->findText(q(form_.CboIOName), Qt::MatchExactly);
-    cboIOName_->setCurrentIndex(index);
-    if (index < 0) cboIOName_->setEditText(q(form_.CboIOName));
-    txtRawValue1_->setText(q(form_.TxtRawValue1));
-    txtRawValue2_->setText(q(form_.TxtRawValue2));
-    txtEngValue1_->setText(q(form_.TxtEngValue1));
-    txtEngValue2_->setText(q(form_.TxtEngValue2));
-    txtUnits_->setText(q(form_.TxtUnits));
+    forms::ShowText(txtLabel_, form_.TxtLabel);
+    forms::ShowText(txtTagName_, form_.TxtTagName);
+    forms::ShowText(txtRTUAddr_, form_.TxtRTUAddr);
+    forms::ShowText(cboIOName_, form_.CboIOName);
+    forms::ShowText(txtRawValue1_, form_.TxtRawValue1);
+    forms::ShowText(txtRawValue2_, form_.TxtRawValue2);
+    forms::ShowText(txtEngValue1_, form_.TxtEngValue1);
+    forms::ShowText(txtEngValue2_, form_.TxtEngValue2);
+    forms::ShowText(txtUnits_, form_.TxtUnits);
     chkLog_->setChecked(form_.ChkLog);
+
+    // A digital tag's engineering boxes hold its state texts, and its raw points are the
+    // fixed 0 and 1: the captions say so and the raw boxes take no typing.
+    ScalingCaptions c;
+    guard_([&] { c = TagFormScalingCaptions(st_, form_); });
+    const std::pair<QLabel*, const std::string*> captions[] = {{lblRawValue1_, &c.RawValue1},
+                                                               {lblRawValue2_, &c.RawValue2},
+                                                               {lblEngValue1_, &c.EngValue1},
+                                                               {lblEngValue2_, &c.EngValue2}};
+    for (const auto& [label, text] : captions) {
+        label->setText(q(*text));
+        label->buddy()->setAccessibleName(q(*text));
+    }
+    forms::ShowReadOnly(txtRawValue1_, c.Digital);
+    forms::ShowReadOnly(txtRawValue2_, c.Digital);
+    const QString fixed = c.Digital ? "A digital tag's raw points are always 0 and 1" : QString();
+    txtRawValue1_->setToolTip(fixed);
+    txtRawValue2_->setToolTip(fixed);
+    txtEngValue1_->setPlaceholderText(q(c.EngHint1));
+    txtEngValue2_->setPlaceholderText(q(c.EngHint2));
+}
+
+QWidget* TagEditorWindow::boxNamed(const std::string& name) const {
+    const std::pair<const char*, QWidget*> boxes[] = {
+        {"TxtLabel", txtLabel_},         {"TxtTagName", txtTagName_},
+        {"TxtRTUAddr", txtRTUAddr_},     {"CboIOName", cboIOName_},
+        {"TxtRawValue1", txtRawValue1_}, {"TxtRawValue2", txtRawValue2_},
+        {"TxtEngValue1", txtEngValue1_}, {"TxtEngValue2", txtEngValue2_},
+        {"TxtUnits", txtUnits_}};
+    for (const auto& [n, w] : boxes)
+        if (name == n) return w;
+    return nullptr;
+}
+
+void TagEditorWindow::focusFirstBox() {
+    forms::FocusAndSelect(txtLabel_);
+}
+
+void TagEditorWindow::pointAtFault() {
+    if (QWidget* box = boxNamed(form_.FailedBox)) forms::FocusAndSelect(box);
+}
+
+void TagEditorWindow::tablesChanged(TableChange change) {
+    // The tag table's own changes come from this window.
+    if (change == TableChange::Tags) return;
+    read();
+    guard_([&] {
+        form_.IONames = TagFormIONames(st_);
+        // A record typed for a configuration that was replaced is not the new one's.
+        if (change == TableChange::Configuration) ShowTag(st_, form_);
+    });
+    std::vector<std::string> names = form_.IONames;
+    forms::RefillKeepingText(cboIOName_, names);
+    display();
 }
 
 void TagEditorWindow::read() {
@@ -177,44 +234,65 @@ void TagEditorWindow::read() {
 
 void TagEditorWindow::ioNameChosen(int index) {
     read();
-    report_.guard([&] { ChooseIOName(st_, form_, s(cboIOName_->itemText(index))); });
+    guard_([&] { ChooseIOName(st_, form_, s(cboIOName_->itemText(index))); });
     display();
 }
 
 void TagEditorWindow::previousClicked() {
     read();
-    report_.guard([&] { TagFormPrevious(st_, form_); });
+    bool shown = false;
+    guard_([&] { shown = TagFormPrevious(st_, form_); });
     display();
+    if (shown)
+        focusFirstBox();
+    else
+        pointAtFault();
 }
 
 void TagEditorWindow::nextClicked() {
     read();
-    report_.guard([&] { TagFormNext(st_, form_); });
+    bool shown = false;
+    guard_([&] { shown = TagFormNext(st_, form_); });
     display();
+    if (shown)
+        focusFirstBox();
+    else
+        pointAtFault();
 }
 
 void TagEditorWindow::findClicked() {
     read();
-    report_.guard([&] { TagFormFind(st_, form_); });
+    bool shown = false;
+    guard_([&] { shown = TagFormFind(st_, form_); });
     display();
+    if (shown)
+        focusFirstBox();
+    else
+        pointAtFault();
 }
 
 void TagEditorWindow::deleteClicked() {
     read();
-    report_.guard([&] { TagFormDelete(st_, form_); });
+    bool shown = false;
+    guard_([&] { shown = TagFormDelete(st_, form_); });
     display();
+    if (shown)
+        focusFirstBox();
+    else
+        pointAtFault();
 }
 
 void TagEditorWindow::printClicked() {
-    report_.guard([&] { PrintTagListing(st_, printer_); });
+    guard_([&] { PrintTagListing(st_, printer_); });
 }
 
 void TagEditorWindow::exitClicked() {
     read();
     bool leave = false;
-    report_.guard([&] { leave = TagFormExit(st_, form_); });
+    guard_([&] { leave = TagFormExit(st_, form_); });
     if (!leave) {
         display();
+        pointAtFault();
         return;
     }
     left_ = true;
@@ -222,7 +300,7 @@ void TagEditorWindow::exitClicked() {
 }
 
 void TagEditorWindow::closeEvent(QCloseEvent* event) {
-    if (!left_) report_.guard([&] { LeaveTagForm(st_); });
+    if (!left_) guard_([&] { LeaveTagForm(st_); });
     left_ = true;
     QWidget::closeEvent(event);
 }

@@ -4,6 +4,7 @@
 #include <QWidget>
 
 #include "core/error_report.h"
+#include "core/forms/window_calls.h"
 #include "core/station.h"
 #include "tags/tag_editor.h"
 
@@ -39,9 +40,17 @@ class TagEditorWindow : public QWidget {
     void display();
     void read();
     void ioNameChosen(int index);
+    // After another record is shown the keyboard goes to its first box; after a refused
+    // one to the box at fault, with its text selected.
+    void focusFirstBox();
+    void pointAtFault();
+    QWidget* boxNamed(const std::string& name) const;
+    // The tag table, the module type or the whole configuration changed elsewhere.
+    void tablesChanged(TableChange change);
 
     Station& st_;
     ErrorReport& report_;
+    forms::WindowCalls guard_{st_, report_, this};
     Printer& printer_;
     TagForm form_;
     bool left_ = false;
@@ -57,6 +66,11 @@ class TagEditorWindow : public QWidget {
     QLineEdit* txtEngValue2_;
     QLineEdit* txtUnits_;
     QCheckBox* chkLog_;
+    QLabel* lblRawValue1_;
+    QLabel* lblRawValue2_;
+    QLabel* lblEngValue1_;
+    QLabel* lblEngValue2_;
+    ChangeNotice::Subscription changes_;
 };
 
 }  // namespace kova
