@@ -15,6 +15,7 @@
 #include <string>
 #include <vector>
 
+#include "core/fault.h"
 #include "core/station.h"
 #include "displays/history_file.h"
 #include "displays/history_view.h"
@@ -95,10 +96,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
 
     // The reader: every line read in order, remembered to check the steps back against.
-    HistoryFile file;
+    // Half the inputs get a short longest line, so that small inputs meet overlong lines, and
+    // half are read a few bytes at a time, so that lines span reads.
+    const std::size_t longest =
+        size > 0 && (data[0] & 1) ? 4 + data[0] / 2 : HistoryFile::kMaxLineBytes;
+    const std::size_t readBytes = size > 1 && (data[1] & 1) ? 1 + data[1] % 23 : 0;
+    HistoryFile file(longest, readBytes);
     if (!file.open(path).empty()) std::abort();
     std::string header;
-    file.readLine(header);
+    const std::string problem = file.readHeader(header);
+    if (header.size() > longest) std::abort();
     const HistoryColumns columns = ScanHeader(header);
     if (columns.names.size() > static_cast<std::size_t>(kHistoryMaxColumns)) std::abort();
     if (columns.listItems.size() > columns.names.size()) std::abort();
@@ -107,7 +114,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::vector<std::string> lines;
     std::string line;
     while (file.readLine(line)) {
-        if (line.size() > HistoryFile::kMaxLineBytes) std::abort();
+        if (line.size() > longest) std::abort();
         CheckField(line, 1 + static_cast<int>(lines.size() % 21));
         FieldNumber(line);
         lines.push_back(line);
@@ -116,6 +123,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         if (!file.seekRow(static_cast<std::int64_t>(r))) std::abort();
         if (!file.readLine(line) || line != lines[r - 1]) std::abort();
     }
+    // Reading ends at the end of the file or before the first overlong line, never after it.
+    if (file.overlongRow() >= 0 &&
+        file.overlongRow() !=
+            (file.overlongRow() == 0 ? 0 : static_cast<std::int64_t>(lines.size()) + 1))
+        std::abort();
+    if (file.overlongRow() == 0 && (problem.empty() || !lines.empty())) std::abort();
     if (file.seekRow(static_cast<std::int64_t>(lines.size()) + 2)) std::abort();
 
     // Blocks with the pens on the first columns the header lists.
@@ -148,7 +161,18 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     NullChart chart;
     st.platform.prompter = &prompt;
     HistoryView view(st, chart);
-    if (!view.openFile(path)) std::abort();
+    // The window reads with the longest line there is: it agrees with the reader above when
+    // that did too.
+    const bool sameLongest = longest == HistoryFile::kMaxLineBytes;
+    try {
+        view.openFile(path);
+    } catch (const Fault&) {
+        // Only a file whose first line is no header is refused, and then nothing changed.
+        if ((sameLongest && problem.empty()) || !view.fileName().empty()) std::abort();
+        std::remove(path.c_str());
+        return 0;
+    }
+    if ((sameLongest && !problem.empty()) || view.fileName() != path) std::abort();
     std::vector<int> selected;
     for (int i = 0; i < static_cast<int>(view.listItems().size()) && i < kHistoryPens; ++i)
         selected.push_back(i);
@@ -157,7 +181,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     int steps = 0;
     while (prompt.messages == 0) {
         view.forward();
-        if (++steps > 1 + static_cast<int>(lines.size()) / kHistoryBlockRows + 1) std::abort();
+        // A file of `size` bytes holds at most size + 1 lines.
+        if (++steps > 2 + static_cast<int>(size + 1) / kHistoryBlockRows) std::abort();
     }
     view.setBlockStartForTesting(401);
     view.back();

@@ -71,6 +71,7 @@ void BM_Publish32ChangedTags(benchmark::State& state) {
     o.host = "127.0.0.1";
     o.port = broker.port;
     o.prefix = "kova/bench";
+    o.clientId = "kova-bench-station";
     std::string error;
     auto link = kova::mqtt::MqttLink::Start(o, error);
     for (int i = 0; i < 200 && link && !link->connected(); ++i)

@@ -41,6 +41,7 @@
 #include "logging/forms/set_logging_form.h"
 #include "logging/forms/start_log_form.h"
 #include "logging/log_status.h"
+#include "logging/log_writer.h"
 #include "platform/tick_trace.h"
 #include "tags/forms/daq_type_form.h"
 #include "tags/forms/tag_editor_form.h"
@@ -336,6 +337,13 @@ void MainWindow::tickBody() {
     // A module that stopped answering is told once in the status line; the scan goes on.
     const std::string silence = ModuleSilenceToTell(st_);
     if (!silence.empty()) statusPanel_->setText(QString::fromStdString(silence));
+    // A log file renamed or deleted under the logger was started again: said once.
+    const std::string restarted = LogRestartToTell(st_);
+    if (!restarted.empty()) {
+        statusPanel_->setText(QString::fromStdString(restarted));
+        statusPanel_->setToolTip(QString::fromStdString(restarted));  // read in full
+        errors_ << "kova: " << restarted << std::endl;
+    }
     fitStatusFields();
 }
 

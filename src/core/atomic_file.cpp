@@ -13,6 +13,7 @@
 #endif
 
 #include "core/fault.h"
+#include "core/plain_file.h"
 
 namespace kova {
 
@@ -68,23 +69,14 @@ bool ReadWholeFile(const std::filesystem::path& path, std::string& bytes, std::s
                    std::size_t maxBytes) {
     // Only a plain file is read: a FIFO would block the open, a device (a link to
     // /dev/zero) would never end.
-    std::error_code ec;
-    const auto status = std::filesystem::status(path, ec);
-    if (ec && status.type() != std::filesystem::file_type::not_found) {
-        error = path.string() + ": cannot open: " + ec.message();
-        return false;
-    }
-    if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) {
+    const OpenedForReading opened = OpenPlainFileForReading(path);
+    if (!opened.notPlain.empty()) {
         error = path.string() + ": not a plain file";
         return false;
     }
-#ifdef _WIN32
-    std::FILE* f = _wfopen(path.c_str(), L"rb");
-#else
-    std::FILE* f = std::fopen(path.c_str(), "rb");
-#endif
+    std::FILE* f = opened.file;
     if (!f) {
-        error = path.string() + ": cannot open: " + std::strerror(errno);
+        error = path.string() + ": cannot open: " + std::strerror(opened.error);
         return false;
     }
     bytes.clear();

@@ -8,18 +8,18 @@
 #include <cstring>
 #include <system_error>
 
+#include "core/plain_file.h"
 #include "core/text_encoding.h"
 #include "logging/log_file.h"
 
-#ifdef _WIN32
 #include <filesystem>
-#endif
 
 namespace kova {
 
 namespace {
 
 constexpr std::size_t kBufferBytes = 64 * 1024;
+constexpr std::size_t kSmallestBuffer = 4096;
 
 std::string_view trimBlanks(std::string_view s) {
     while (!s.empty() && s.front() == ' ') s.remove_prefix(1);
@@ -109,19 +109,34 @@ HistoryColumns ScanHeader(std::string_view headerBytes) {
 std::string HistoryFile::open(const std::string& path) {
     close();
     if (path.empty()) return "no file name has been given";
-    errno = 0;
-#ifdef _WIN32
-    const std::filesystem::path native(
-        std::u8string(reinterpret_cast<const char8_t*>(path.data()), path.size()));
-    std::FILE* f = _wfopen(native.c_str(), L"rb");
-#else
-    std::FILE* f = std::fopen(NativeLogPath(path).c_str(), "rb");
-#endif
-    if (f == nullptr) return reasonOf(errno);
-    file_ = f;
+    const std::string native = NativeLogPath(path);
+    const OpenedForReading opened = OpenPlainFileForReading(std::filesystem::path(
+        std::u8string(reinterpret_cast<const char8_t*>(native.data()), native.size())));
+    if (!opened.notPlain.empty()) return "it is " + opened.notPlain + ", not a log file";
+    if (opened.file == nullptr) return reasonOf(opened.error);
+    file_ = opened.file;
     path_ = path;
-    buffer_.resize(kBufferBytes);
+    // A small file needs no more than its own length (plus one byte, to see its end).
+    const unsigned long long wanted = opened.size + 1;
+    bufferBytes_ = readBytes_ > 0 ? readBytes_
+                                  : static_cast<std::size_t>(std::clamp<unsigned long long>(
+                                        wanted, kSmallestBuffer, kBufferBytes));
+    buffer_.reset(new char[bufferBytes_]);
     return {};
+}
+
+std::string HistoryFile::readHeader(std::string& header) {
+    header.clear();
+    const bool read = readLine(header);
+    // A binary file is told as such, whether or not a line break came within the bound.
+    std::string problem;
+    if (header.find('\0') != std::string::npos)
+        problem = "its first line holds NUL bytes: not a log file";
+    else if (!read && overlongRow_ == 0)
+        problem =
+            "its first line is longer than " + std::to_string(maxLine_) + " bytes: not a log file";
+    if (!problem.empty()) header.clear();
+    return problem;  // an empty file names no columns
 }
 
 void HistoryFile::close() {
@@ -135,6 +150,7 @@ void HistoryFile::close() {
     atEnd_ = false;
     nextRow_ = 0;
     fetched_ = 0;
+    overlongRow_ = -1;
     blockStarts_.clear();
 }
 
@@ -142,7 +158,7 @@ bool HistoryFile::fill() {
     if (atEnd_ || file_ == nullptr) return false;
     bufferOffset_ += len_;
     pos_ = 0;
-    len_ = std::fread(buffer_.data(), 1, buffer_.size(), file_);
+    len_ = std::fread(buffer_.get(), 1, bufferBytes_, file_);
     fetched_ += len_;
     // A read fault ends the file for this reader, just as its end does.
     if (len_ == 0) atEnd_ = true;
@@ -150,20 +166,30 @@ bool HistoryFile::fill() {
 }
 
 bool HistoryFile::nextLine(std::string* line) {
-    if (file_ == nullptr) return false;
+    if (file_ == nullptr || blocked()) return false;
     if (line) line->clear();
     const std::uint64_t lineOffset = bufferOffset_ + pos_;
     bool any = false;
+    std::size_t taken = 0;  // bytes of this line so far
+    char last = 0;          // the last of them
     for (;;) {
         if (pos_ == len_ && !fill()) break;
         any = true;
-        const char* from = buffer_.data() + pos_;
+        const char* from = buffer_.get() + pos_;
         const std::size_t avail = len_ - pos_;
         const void* nl = std::memchr(from, '\n', avail);
         const std::size_t chunk =
             nl ? static_cast<std::size_t>(static_cast<const char*>(nl) - from) : avail;
-        if (line && line->size() < kMaxLineBytes)
-            line->append(from, std::min(chunk, kMaxLineBytes - line->size()));
+        // One byte more than a line may hold is let in: the CR of a CR LF line end.
+        if (taken + chunk > maxLine_ + 1) {
+            // Not a log line: reading stops here for good; what fitted is left in *line.
+            if (line) line->append(from, maxLine_ + 1 - taken);
+            overlongRow_ = nextRow_;
+            return false;
+        }
+        if (line) line->append(from, chunk);
+        if (chunk > 0) last = from[chunk - 1];
+        taken += chunk;
         pos_ += chunk;
         if (nl) {
             ++pos_;
@@ -172,6 +198,10 @@ bool HistoryFile::nextLine(std::string* line) {
     }
     if (!any) return false;
     if (line && !line->empty() && line->back() == '\r') line->pop_back();
+    if (taken == maxLine_ + 1 && last != '\r') {
+        overlongRow_ = nextRow_;  // that last byte was no CR: the line is one too long
+        return false;
+    }
     // Offsets are noted as block starts are passed, so a later step back can seek to them.
     if (nextRow_ >= 1 && (nextRow_ - 1) % kHistoryBlockRows == 0 &&
         static_cast<std::uint64_t>((nextRow_ - 1) / kHistoryBlockRows) == blockStarts_.size())

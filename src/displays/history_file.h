@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdint>
 #include <cstdio>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -57,25 +58,38 @@ struct BlockLayout {
 // A log file open for reading, line by line, with the offsets of the block starts passed.
 class HistoryFile {
   public:
-    // Lines longer than this keep only their first bytes (a file that is not text may have
-    // no line breaks at all; the reader still walks past it in fixed memory).
-    static constexpr std::size_t kMaxLineBytes = 1 << 20;
+    // The longest line the reader takes: the log writer's longest record is well under
+    // 4 KB (32 values) and its header under 5 KB, so 64 KB leaves room for any log edited
+    // elsewhere while a step (200 lines) never reads more than 12.8 MB. A longer line is not
+    // a log line: the reader stops before it rather than walk a file that may have no line
+    // breaks at all (a sparse file of gigabytes, a disk image).
+    static constexpr std::size_t kMaxLineBytes = 64 * 1024;
 
-    HistoryFile() = default;
+    // `maxLineBytes` other than kMaxLineBytes lets a test or a fuzzer meet overlong lines
+    // in small files, and `readBytes` (0: as many as the file's size wants, 4 to 64 KB) lines
+    // that span several reads.
+    explicit HistoryFile(std::size_t maxLineBytes = kMaxLineBytes, std::size_t readBytes = 0)
+        : maxLine_(maxLineBytes), readBytes_(readBytes) {}
     ~HistoryFile() { close(); }
     HistoryFile(const HistoryFile&) = delete;
     HistoryFile& operator=(const HistoryFile&) = delete;
 
     // Opens the file named by a UTF-8 path, positioned at its header. Returns "" on
-    // success, otherwise the reason (the file stays closed). Outside Windows a "\" in the
-    // path separates folders just as "/" does.
+    // success, otherwise the reason (the file stays closed): only a plain file is opened
+    // ("it is a folder, not a log file"), and the open never waits (a FIFO, a device).
+    // Outside Windows a "\" in the path separates folders just as "/" does.
     std::string open(const std::string& path);
+    // Reads the header line (the file must be at its start). Returns "" on success (an
+    // empty file has an empty header), otherwise why the file is not a log file: a first
+    // line longer than the longest line or holding NUL bytes.
+    std::string readHeader(std::string& header);
     void close();
     bool isOpen() const { return file_ != nullptr; }
     const std::string& path() const { return path_; }
 
-    // The next line without its line break (LF or CR LF). False at the end of the file or on
-    // a read fault (which then counts as the end of the file).
+    // The next line without its line break (LF or CR LF). False at the end of the file, on
+    // a read fault (which then counts as the end of the file) and before a line longer than
+    // the longest line (overlongRow() then tells which).
     bool readLine(std::string& line);
     // Skips the next line; false at the end of the file.
     bool skipLine();
@@ -90,6 +104,11 @@ class HistoryFile {
     std::size_t knownBlockStarts() const { return blockStarts_.size(); }
     // Bytes fetched from the file since it was opened (to show what a step costs).
     std::uint64_t bytesFetched() const { return fetched_; }
+    // The longest line taken (kMaxLineBytes unless the constructor was given another).
+    std::size_t maxLineBytes() const { return maxLine_; }
+    // The row (0 = the header) of the first line found longer than that; -1 while
+    // none was met. Reading never goes past it.
+    std::int64_t overlongRow() const { return overlongRow_; }
 
   private:
     bool fill();
@@ -97,16 +116,21 @@ class HistoryFile {
     void noteBlockStart();
     // Reads one line into *line, or only moves past it when line is null.
     bool nextLine(std::string* line);
+    bool blocked() const { return overlongRow_ >= 0 && nextRow_ >= overlongRow_; }
 
+    std::size_t maxLine_;
+    std::size_t readBytes_;
     std::FILE* file_ = nullptr;
     std::string path_;
-    std::vector<char> buffer_;
+    std::unique_ptr<char[]> buffer_;  // not cleared: only what was read is looked at
+    std::size_t bufferBytes_ = 0;
     std::size_t pos_ = 0;             // next unread byte in buffer_
     std::size_t len_ = 0;             // bytes held in buffer_
     std::uint64_t bufferOffset_ = 0;  // file offset of buffer_[0]
     bool atEnd_ = false;
     std::int64_t nextRow_ = 0;
     std::uint64_t fetched_ = 0;
+    std::int64_t overlongRow_ = -1;
     // blockStarts_[k] is the file offset of data row 1 + k * 200.
     std::vector<std::uint64_t> blockStarts_;
 };

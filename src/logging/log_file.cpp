@@ -35,7 +35,7 @@ long long lengthOf(std::FILE* f) {
 // Cuts off what a failed write left of its record, so the file ends with a whole line.
 void cutBack(std::FILE* f, long long length) {
     if (length < 0) return;
-    // Nothing more can be done when this fails too: the reason of the write is reported.
+        // Nothing more can be done when this fails too: the reason of the write is reported.
 #ifdef _WIN32
     if (_chsize_s(_fileno(f), length) != 0) return;
 #else
@@ -56,13 +56,18 @@ std::string NativeLogPath(const std::string& path) {
 }
 
 LogFile::LogFile(LogFile&& other) noexcept
-    : file_(std::exchange(other.file_, nullptr)), path_(std::move(other.path_)) {}
+    : file_(std::exchange(other.file_, nullptr)),
+      path_(std::move(other.path_)),
+      device_(other.device_),
+      inode_(other.inode_) {}
 
 LogFile& LogFile::operator=(LogFile&& other) noexcept {
     if (this != &other) {
         close();
         file_ = std::exchange(other.file_, nullptr);
         path_ = std::move(other.path_);
+        device_ = other.device_;
+        inode_ = other.inode_;
     }
     return *this;
 }
@@ -94,7 +99,31 @@ std::string LogFile::open(const std::string& path, bool truncate) {
     std::setvbuf(f, nullptr, _IONBF, 0);
     file_ = f;
     path_ = path;
+#ifndef _WIN32
+    struct stat info {};
+    if (fstat(fileno(f), &info) == 0) {
+        device_ = static_cast<unsigned long long>(info.st_dev);
+        inode_ = static_cast<unsigned long long>(info.st_ino);
+    }
+#endif
     return {};
+}
+
+bool LogFile::stillAtItsPath() const {
+    if (file_ == nullptr) return true;
+#ifdef _WIN32
+    return true;
+#else
+    struct stat info {};
+    if (::stat(NativeLogPath(path_).c_str(), &info) != 0)
+        return errno != ENOENT && errno != ENOTDIR;  // gone, or its folder is
+    return static_cast<unsigned long long>(info.st_dev) == device_ &&
+           static_cast<unsigned long long>(info.st_ino) == inode_;
+#endif
+}
+
+bool LogFile::isEmpty() const {
+    return file_ != nullptr && lengthOf(file_) == 0;
 }
 
 std::string LogFile::write(const std::string& bytes) {

@@ -51,6 +51,9 @@ struct LogRunState {
     LogFile File;               // the one log channel, open between start and stop of logging
     LogStop LastStop;           // cleared whenever the user switches logging on or off
     std::string RecordLine;     // kept between records so that writing one needs no heap
+    // Set when the log file vanished from its path (renamed or deleted) and was started
+    // again; the front end tells the user once (LogRestartToTell).
+    std::string Restarted;
 };
 
 }  // namespace kova

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <string>
 #include <system_error>
+#include <utility>
 
 #include "core/fault.h"
 #include "core/numeric.h"
@@ -44,6 +45,24 @@ void writeOrStop(Station& st, const std::string& bytes) {
     const std::string name =
         st.logRun.File.isOpen() ? st.logRun.File.path() : st.logging.LogFileName;
     stopLogging(st, name, "cannot be written", reason);
+}
+
+// The file was renamed or deleted under the writer: every record written to it from now on
+// would be lost to whoever opens the path. The path is opened again (never truncated: a
+// file put there meanwhile is kept), a new file is given its header, and the user is told.
+void restartVanishedFile(Station& st) {
+    LogFile& file = st.logRun.File;
+    if (file.stillAtItsPath()) return;
+    const std::string name = file.path();
+    file.close();
+    const std::string reason = file.open(name, false);
+    if (!reason.empty()) stopLogging(st, name, "cannot be opened again", reason);
+    const bool fresh = file.isEmpty();
+    if (fresh) WriteLogHeader(st);
+    st.logRun.Restarted = "Log file \"" + name + "\" was renamed or deleted while logging: " +
+                          (fresh ? "it was started again with its header"
+                                 : "the file now at its path is appended to") +
+                          ", and logging goes on";
 }
 
 std::string upper(std::string s) {
@@ -113,6 +132,10 @@ void OpenLogFile(Station& st) {
     }
 }
 
+std::string LogRestartToTell(Station& st) {
+    return std::exchange(st.logRun.Restarted, std::string());
+}
+
 void AdvanceLogClock(Station& st, std::int32_t ms) {
     LogRunState& r = st.logRun;
     long long seconds = ms / 1000;
@@ -153,6 +176,7 @@ void WriteLogRecord(Station& st) {
         WriteLogHeader(st);
         r.FileDate = r.LogDate;
     }
+    restartVanishedFile(st);
     r.SampleNumber = narrow32(static_cast<long long>(r.SampleNumber) + 1);
     FormatLogRecordLine(st, r.RecordLine);
     writeOrStop(st, r.RecordLine);

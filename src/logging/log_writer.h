@@ -22,7 +22,13 @@ void StartLogClock(Station& st);
 // Adds whole milliseconds to the logging clock (each wrap subtracts its modulus once).
 void AdvanceLogClock(Station& st, std::int32_t ms);
 // Checks the start/stop conditions and writes one record when logging is on and active.
+// A log file renamed or deleted while logging is noticed at the next record: the path is
+// opened again (appending), given the header when it is new, and the record goes there;
+// LogRestartToTell then has the news.
 void WriteLogRecord(Station& st);
+// What the user must hear once about the log file having been started again, "" when
+// nothing happened since the last call.
+std::string LogRestartToTell(Station& st);
 // Closes the log file if it is open (switching logging off, exit).
 void CloseLogFile(Station& st);
 // LogFileName = LogDirectory & "DA" & LogDate as DDMMYY (MMDDYY when DateFormatUS) & ".CSV".

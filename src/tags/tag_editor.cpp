@@ -409,6 +409,8 @@ bool AcceptTag(Station& st, TagForm& f) {
     if (name.empty())
         return failAt(st, f, "TxtTagName",
                       "Tag Name cannot be blank. If not used name it as a variable");
+    if (TagNameHasTopicCharacters(name))
+        return failAt(st, f, "TxtTagName", kTagNameTopicCharacters);
     if (!listed(st.profile, f.CboIOName))
         return failAt(st, f, "CboIOName", "I/O Name Not Selected From List ");
 

@@ -54,6 +54,10 @@ std::string NormalizeTagName(const std::string& name) {
     return ToUpper(Trim(name));
 }
 
+bool TagNameHasTopicCharacters(const std::string& name) {
+    return name.find_first_of("+#/") != std::string::npos;
+}
+
 IONameClass ClassifyIOName(const std::string& ioName) {
     IONameClass c{kDigital, kVariable, 0};
     if (!ioName.empty() && ioName[0] == 'A') c.Kind = kAnalog;

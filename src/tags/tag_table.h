@@ -43,6 +43,14 @@ int OutputSlot(const Tag& tag);
 
 // Upper-case and trim a name as tag names are kept.
 std::string NormalizeTagName(const std::string& name);
+
+// A station publishes each tag under a topic named after it, where "+" and "#" are
+// wildcards and "/" separates levels: a tag name cannot hold them.
+bool TagNameHasTopicCharacters(const std::string& name);
+// What the tag editor (and kova-cli build and check) say of such a name.
+inline constexpr const char* kTagNameTopicCharacters =
+    "Tag Name cannot contain +, # or /. These characters have a meaning of their own in the "
+    "MQTT topics a station publishes its tags under";
 std::string ToUpper(std::string s);
 std::string Trim(const std::string& s);
 

@@ -7,6 +7,7 @@
 #include <unistd.h>
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <chrono>
 #include <memory>
 #include <thread>
@@ -229,13 +230,16 @@ TEST(CliRun, LogWritesARecordPerLoggingPeriod) {
               "3.000,10:00:03.000, 210 \r\n");
 }
 
-// Starts kova-cli run on the real clock in the background.
-pid_t startRun(const std::filesystem::path& folder, const std::vector<std::string>& args) {
+// Starts kova-cli run on the real clock in the background; its standard error goes to
+// `errors` when given.
+pid_t startRun(const std::filesystem::path& folder, const std::vector<std::string>& args,
+               const std::filesystem::path& errors = {}) {
     const pid_t pid = fork();
     if (pid == 0) {
         if (chdir(folder.c_str()) != 0) _exit(127);
         const int devnull = open("/dev/null", O_WRONLY);
         dup2(devnull, 1);
+        if (!errors.empty()) dup2(open(errors.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), 2);
         std::vector<std::string> all = {CliPath().string()};
         all.insert(all.end(), args.begin(), args.end());
         std::vector<char*> argv;
@@ -245,6 +249,14 @@ pid_t startRun(const std::filesystem::path& folder, const std::vector<std::strin
         _exit(127);
     }
     return pid;
+}
+
+// Ends a run as a service manager does (SIGTERM); its exit code, -1 when it did not exit.
+int terminateRun(pid_t pid) {
+    kill(pid, SIGTERM);
+    int status = 0;
+    waitpid(pid, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
 std::string fastLoggingFile(Folder& f) {
@@ -281,14 +293,50 @@ TEST(CliRun, TerminatedRunClosesTheLogAndExitsCleanly) {
     const pid_t pid = startRun(f.dir.path(), {"run", file, "--poll", "--log"});
     ASSERT_GT(pid, 0);
     std::this_thread::sleep_for(std::chrono::milliseconds(400));
-    kill(pid, SIGTERM);
-    int status = 0;
-    waitpid(pid, &status, 0);
-    ASSERT_TRUE(WIFEXITED(status));
-    EXPECT_EQ(WEXITSTATUS(status), 0);
+    EXPECT_EQ(terminateRun(pid), 0);
     const std::string log = ReadFileBytes(f.dir / "log.CSV");
     EXPECT_EQ(log.rfind("LOG PERIOD,A1 label\r\n", 0), 0u);
     EXPECT_EQ(log.substr(log.size() - 2), "\r\n");
+}
+
+// Waits until the file holds at least `lines` lines, at most five seconds.
+bool hasLines(const std::filesystem::path& p, std::size_t lines) {
+    for (int i = 0; i < 500; ++i) {
+        std::error_code ec;
+        if (std::filesystem::exists(p, ec)) {
+            const std::string s = ReadFileBytes(p);
+            if (static_cast<std::size_t>(std::count(s.begin(), s.end(), '\n')) >= lines)
+                return true;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    return false;
+}
+
+TEST(CliRun, ALogFileRenamedOrDeletedMidRunIsStartedAgainAndSaidOnce) {
+    Folder f;
+    const std::string file = fastLoggingFile(f);
+    const pid_t pid = startRun(f.dir.path(), {"run", file, "--poll", "--log"}, f.dir / "stderr");
+    ASSERT_GT(pid, 0);
+    const auto log = f.dir / "log.CSV";
+    ASSERT_TRUE(hasLines(log, 3));
+    std::filesystem::rename(log, f.dir / "log-1.CSV");
+    ASSERT_TRUE(hasLines(log, 3));
+    std::filesystem::remove(log);
+    ASSERT_TRUE(hasLines(log, 3));
+    EXPECT_EQ(terminateRun(pid), 0);
+    const std::string said = ReadFileBytes(f.dir / "stderr");
+    const std::string line = "kova-cli: run: Log file \"" + log.string() +
+                             "\" was renamed or deleted while logging: it was started again with "
+                             "its header, and logging goes on\n";
+    EXPECT_EQ(said, line + line);
+    // The renamed part and the file now at the path both start with the header, and the
+    // records run on from one into the other.
+    const std::string first = ReadFileBytes(f.dir / "log-1.CSV");
+    const std::string now = ReadFileBytes(log);
+    EXPECT_EQ(first.rfind("LOG PERIOD,A1 label\r\n", 0), 0u);
+    EXPECT_EQ(now.rfind("LOG PERIOD,A1 label\r\n", 0), 0u);
+    EXPECT_EQ(now.substr(now.size() - 2), "\r\n");
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
 // The dump, build and check commands of kova-cli, run as a user runs them.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include <bit>
 #include <functional>
 #include <limits>
@@ -337,6 +339,63 @@ TEST(CliBuild, RefusesMissingKeysAndWrongTypesNamingTheKey) {
     }
 }
 
+TEST(CliBuild, RefusesATagNameNoTopicCanCarry) {
+    TempFolder dir;
+    Json j = Dump(dir, Rich());
+    j["tags"][2]["TagName"] = "LINE/2";
+    WriteFileBytes(dir / "slash.json", j.dump());
+    const std::string in = (dir / "slash.json").string();
+    const CliResult r = RunCli({"build", in, "-o", (dir / "slash.SUF").string()});
+    EXPECT_EQ(r.exitCode, 2);
+    EXPECT_EQ(r.err,
+              "kova-cli: build: " + in +
+                  ": key tags[2].TagName: Tag Name cannot contain +, # or /. These characters "
+                  "have a meaning of their own in the MQTT topics a station publishes its tags "
+                  "under\n");
+    EXPECT_FALSE(std::filesystem::exists(dir / "slash.SUF"));
+}
+
+TEST(CliBuild, RefusesAKeyGivenTwiceNamingItAndItsLines) {
+    TempFolder dir;
+    WriteFileBytes(dir / "in.SUF", Rich());
+    const CliResult dumped = RunCli({"dump", (dir / "in.SUF").string()});
+    ASSERT_EQ(dumped.exitCode, 0) << dumped.err;
+    const auto lineOf = [](const std::string& text, std::size_t at) {
+        return std::to_string(1 + std::count(text.begin(), text.begin() + at, '\n'));
+    };
+    {
+        // The module type given twice: the last would win without a word.
+        std::string text = dumped.out;
+        const auto at = text.find("\"DaqType\": ");
+        ASSERT_NE(at, std::string::npos);
+        const auto end = text.find('\n', at);
+        text.insert(end, ",\n  \"DaqType\": 3");
+        WriteFileBytes(dir / "twice.json", text);
+        const std::string in = (dir / "twice.json").string();
+        const CliResult r = RunCli({"build", in, "-o", (dir / "twice.SUF").string()});
+        EXPECT_EQ(r.exitCode, 2);
+        EXPECT_EQ(r.err, "kova-cli: build: " + in +
+                             ": key \"DaqType\" appears twice in one object, on lines " +
+                             lineOf(text, at) + " and " + lineOf(text, end + 2) +
+                             ": each key may be given once\n");
+        EXPECT_FALSE(std::filesystem::exists(dir / "twice.SUF"));
+    }
+    {
+        // Inside a tag, on one line; a key of the same name in another object is no
+        // duplicate.
+        const std::string text =
+            "{\"tags\": [{\"Label\": \"A\", \"Units\": \"m\", \"Label\": \"B\"}],\n"
+            "\"Label\": 1}";
+        WriteFileBytes(dir / "tag.json", text);
+        const std::string in = (dir / "tag.json").string();
+        const CliResult r = RunCli({"build", in, "-o", (dir / "tag.SUF").string()});
+        EXPECT_EQ(r.exitCode, 2);
+        EXPECT_EQ(r.err, "kova-cli: build: " + in +
+                             ": key \"Label\" appears twice in one object, on lines 1 and 1: "
+                             "each key may be given once\n");
+    }
+}
+
 TEST(CliBuild, RefusesTextThatIsNotJson) {
     TempFolder dir;
     WriteFileBytes(dir / "bad.json", "{\"tags\": [");
@@ -488,6 +547,7 @@ TEST(CliCheck, ReportsTagsTheTagEditorRefuses) {
     tag(5, "FLAT", "Analog Variable", 0, 1);
     tag(6, "FAR", "AI-2", 4095, 100);
     st->tags[6].Address = 2;
+    tag(7, "TANK+1", "AI-3", 4095, 100);
     WriteFileBytes(dir / "t.SUF", EncodeSetupFile(*st));
     const std::string p = (dir / "t.SUF").string();
     const CliResult r = RunCli({"check", p});
@@ -499,6 +559,10 @@ TEST(CliCheck, ReportsTagsTheTagEditorRefuses) {
             ": tag 5 (FLAT): the tag editor refuses it (\"Error RawValue1 cannot equal "
             "RawValue2\")\n" +
             p + ": tag 6 (FAR): the tag editor refuses it (\"DAQ Address must be 1 \")\n" + p +
+            ": tag 7 (TANK+1): the tag editor refuses it (\"Tag Name cannot contain +, # or /. "
+            "These characters have a meaning of their own in the MQTT topics a station "
+            "publishes its tags under\")\n" +
+            p +
             ": tags 3 and 4: the tag editor refuses it (\"Duplicate Tag Names. See Tag Numbers 3 "
             "and 4.\")\n");
 }

@@ -187,17 +187,127 @@ TEST(HistoryFile, BackslashesSeparateFolders) {
     EXPECT_EQ(file.open(folder.path().string() + "\\LOG.CSV"), "");
 }
 
-TEST(HistoryFile, AVeryLongLineKeepsItsStartAndTheNextLineStillReads) {
-    std::string bytes = "H\n";
+TEST(HistoryFile, ALineLongerThanALogLineCanBeEndsTheReadingBeforeIt) {
+    std::string bytes = "H\n1\n";
     bytes += std::string(HistoryFile::kMaxLineBytes + 5000, 'x');
     bytes += "\nnext\n";
     OpenFile f(bytes);
     std::string line;
     ASSERT_TRUE(f.file.readLine(line));
     ASSERT_TRUE(f.file.readLine(line));
-    EXPECT_EQ(line.size(), HistoryFile::kMaxLineBytes);
+    EXPECT_EQ(f.file.overlongRow(), -1);
+    EXPECT_FALSE(f.file.readLine(line));
+    EXPECT_EQ(f.file.overlongRow(), 2);
+    // It stays the end: nothing after it is read, and nothing more is fetched.
+    const std::uint64_t fetched = f.file.bytesFetched();
+    EXPECT_FALSE(f.file.readLine(line));
+    EXPECT_FALSE(f.file.skipLine());
+    EXPECT_EQ(f.file.bytesFetched(), fetched);
+    EXPECT_EQ(f.file.nextRow(), 2);
+    // The rows before it are still there to go back to.
+    ASSERT_TRUE(f.file.seekRow(1));
     ASSERT_TRUE(f.file.readLine(line));
-    EXPECT_EQ(line, "next");
+    EXPECT_EQ(line, "1");
+    EXPECT_FALSE(f.file.readLine(line));
+}
+
+TEST(HistoryFile, AFileWithoutLineBreaksIsReadNoFurtherThanTheLongestLine) {
+    // Megabytes without a line break, as a sparse file or a disk image has.
+    OpenFile f("LOG PERIOD,A\n" + std::string(8u << 20, '\0'));
+    std::string line;
+    ASSERT_TRUE(f.file.readLine(line));
+    EXPECT_FALSE(f.file.readLine(line));
+    EXPECT_EQ(f.file.overlongRow(), 1);
+    EXPECT_LE(f.file.bytesFetched(), HistoryFile::kMaxLineBytes + 2 * 64 * 1024);
+}
+
+TEST(HistoryFile, TheLongestLineReadsWithEitherLineEnd) {
+    const std::string longest(HistoryFile::kMaxLineBytes, 'y');
+    OpenFile f("H\r\n" + longest + "\r\n" + longest + "\n" + longest + "y\r\n");
+    std::string line;
+    ASSERT_TRUE(f.file.readLine(line));
+    ASSERT_TRUE(f.file.readLine(line));
+    EXPECT_EQ(line, longest);
+    ASSERT_TRUE(f.file.skipLine());
+    EXPECT_FALSE(f.file.readLine(line));  // one byte more
+    EXPECT_EQ(f.file.overlongRow(), 3);
+}
+
+TEST(HistoryFile, AReaderGivenAShorterLongestLineStopsThere) {
+    test::TempFolder folder;
+    test::WriteFileBytes(folder / "LOG.CSV", "H\r\n12345\r\n123456\n1\n");
+    HistoryFile file(5);
+    ASSERT_EQ(file.open((folder / "LOG.CSV").string()), "");
+    EXPECT_EQ(file.maxLineBytes(), 5u);
+    std::string line;
+    ASSERT_TRUE(file.readLine(line));
+    ASSERT_TRUE(file.readLine(line));
+    EXPECT_EQ(line, "12345");
+    EXPECT_FALSE(file.readLine(line));
+    EXPECT_EQ(file.overlongRow(), 2);
+}
+
+TEST(HistoryFile, LinesThatSpanSeveralReadsReadTheSame) {
+    test::TempFolder folder;
+    const std::string bytes = rowsFile(450) + "cut";
+    test::WriteFileBytes(folder / "LOG.CSV", bytes);
+    HistoryFile whole, bitwise(HistoryFile::kMaxLineBytes, 3);
+    ASSERT_EQ(whole.open((folder / "LOG.CSV").string()), "");
+    ASSERT_EQ(bitwise.open((folder / "LOG.CSV").string()), "");
+    std::string a, b;
+    int lines = 0;
+    while (whole.readLine(a)) {
+        ASSERT_TRUE(bitwise.readLine(b));
+        EXPECT_EQ(a, b);
+        ++lines;
+    }
+    EXPECT_FALSE(bitwise.readLine(b));
+    EXPECT_EQ(lines, 452);
+    ASSERT_TRUE(bitwise.seekRow(401));
+    ASSERT_TRUE(bitwise.readLine(b));
+    EXPECT_EQ(b, "401.000, 401 ");
+}
+
+TEST(HistoryFile, AHeaderIsAFirstLineOfTextOfAtMostTheLongestLine) {
+    {
+        OpenFile f("LOG PERIOD,TIME,A\r\n1,2,3\r\n");
+        std::string header;
+        EXPECT_EQ(f.file.readHeader(header), "");
+        EXPECT_EQ(header, "LOG PERIOD,TIME,A");
+        std::string line;
+        ASSERT_TRUE(f.file.readLine(line));
+        EXPECT_EQ(line, "1,2,3");
+    }
+    {
+        OpenFile f("");  // an empty file names no columns
+        std::string header = "x";
+        EXPECT_EQ(f.file.readHeader(header), "");
+        EXPECT_EQ(header, "");
+    }
+    {
+        OpenFile f("LOG PERIOD,A");  // no line break: the whole file is the header
+        std::string header;
+        EXPECT_EQ(f.file.readHeader(header), "");
+        EXPECT_EQ(header, "LOG PERIOD,A");
+    }
+    {
+        OpenFile f(std::string(HistoryFile::kMaxLineBytes + 1, 'H'));
+        std::string header;
+        EXPECT_EQ(f.file.readHeader(header),
+                  "its first line is longer than 65536 bytes: not a log file");
+    }
+    {
+        OpenFile f(std::string("LOG PERIOD,A\0\0\0,B\r\n", 20));
+        std::string header;
+        EXPECT_EQ(f.file.readHeader(header), "its first line holds NUL bytes: not a log file");
+    }
+}
+
+TEST(HistoryFile, AFolderIsNoLogFile) {
+    test::TempFolder folder;
+    HistoryFile file;
+    EXPECT_EQ(file.open(folder.path().string()), "it is a folder, not a log file");
+    EXPECT_FALSE(file.isOpen());
 }
 
 TEST(HistoryFile, KnowsEachBlockStartItHasPassed) {

@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "core/fault.h"
 #include "logging/log_switch.h"
@@ -382,13 +385,13 @@ TEST(HistoryView, BackAfterStepsSeeksToAKnownBlockWithoutRereadingTheFile) {
     ASSERT_TRUE(r.view.selectItems({1}));
     for (int i = 0; i < 80; ++i) r.view.forward();
     EXPECT_EQ(r.chart.curves[0].y[0], 16001.0f);
-    const std::uint64_t fetched = r.view.file().bytesFetched();
+    const std::uint64_t fetched = r.view.file()->bytesFetched();
     r.view.setBlockStartForTesting(15801);
     r.view.back();
     EXPECT_EQ(r.chart.curves[0].y[0], 15601.0f);
     EXPECT_EQ(r.chart.curves[0].y[199], 15800.0f);
     // One read buffer or two, not the half a megabyte before the block.
-    EXPECT_LE(r.view.file().bytesFetched() - fetched, 2u * 64 * 1024);
+    EXPECT_LE(r.view.file()->bytesFetched() - fetched, 2u * 64 * 1024);
 }
 
 TEST(HistoryView, AFileWithOnlyAHeaderHasNoPointsToPlot) {
@@ -507,6 +510,83 @@ TEST(HistoryView, AFileWrittenByTheLoggerChartsItsTagsAndTimes) {
     ASSERT_EQ(r.chart.curves[0].y.size(), 30u);
     EXPECT_EQ(r.chart.curves[0].y[29], 57.5f);
     EXPECT_EQ(r.view.block().values[0][30], 0.0f);
+}
+
+namespace {
+// Background work held until the test lets it run, as a slow disk would hold it.
+class HeldWork final : public BackgroundWork {
+  public:
+    void run(std::function<void()> work, std::function<void()> done) override {
+        held.push_back({std::move(work), std::move(done)});
+    }
+    // Runs the oldest piece of work and its ending.
+    void release() {
+        auto [work, done] = std::move(held.front());
+        held.erase(held.begin());
+        work();
+        done();
+    }
+    std::vector<std::pair<std::function<void()>, std::function<void()>>> held;
+};
+
+struct HeldRig : Rig {
+    HeldWork work;
+    HistoryView slow{st, chart, &work};
+};
+}  // namespace
+
+TEST(HistoryView, AReadUnderWayHoldsNothingUpAndStepsAskedMeanwhileFollowInTurn) {
+    HeldRig r;
+    int changes = 0;
+    r.slow.onChanged([&] { ++changes; });
+    r.slow.openFile(r.write("PLANT.CSV", logFile(450)));
+    EXPECT_TRUE(r.slow.busy());
+    EXPECT_TRUE(r.slow.listItems().empty());  // nothing shown before the file is read
+    r.work.release();
+    EXPECT_FALSE(r.slow.busy());
+    EXPECT_EQ(changes, 1);
+    ASSERT_EQ(r.slow.listItems().size(), 3u);
+    ASSERT_TRUE(r.slow.selectItems({1}));
+    r.slow.forward();  // asked while the selection is read
+    r.slow.forward();
+    ASSERT_EQ(r.work.held.size(), 1u);
+    r.work.release();
+    EXPECT_EQ(r.chart.curves.at(0).y[0], 1.0f);
+    ASSERT_EQ(r.work.held.size(), 1u);  // the first step began as the selection was shown
+    r.work.release();
+    EXPECT_EQ(r.chart.curves[0].y[0], 201.0f);
+    r.work.release();
+    EXPECT_EQ(r.chart.curves[0].y[0], 401.0f);
+    EXPECT_TRUE(r.work.held.empty());
+    EXPECT_FALSE(r.slow.busy());
+    EXPECT_EQ(changes, 4);
+}
+
+TEST(HistoryView, AReadThatEndsAfterTheWindowWasLeftShowsNothing) {
+    HeldRig r;
+    r.slow.openFile(r.write("PLANT.CSV", logFile(10)));
+    r.work.release();
+    ASSERT_TRUE(r.slow.selectItems({1}));
+    r.slow.forward();
+    r.slow.exit();
+    EXPECT_FALSE(r.slow.busy());
+    r.work.release();
+    EXPECT_EQ(r.chart.curveCount(), 0);
+    EXPECT_TRUE(r.messages().empty());
+    EXPECT_FALSE(r.slow.fileOpen());
+    EXPECT_TRUE(r.work.held.empty());  // the step asked for meanwhile was dropped too
+}
+
+TEST(HistoryView, AFileThatCannotBeReadDropsTheStepsAskedBehindIt) {
+    HeldRig r;
+    r.slow.openFile(r.write("PLANT.CSV", logFile(10)));
+    r.work.release();
+    r.slow.openFile((r.folder / "GONE.CSV").string());
+    r.slow.openFile(r.write("OTHER.CSV", "LOG PERIOD,X\r\n"));
+    EXPECT_THROW(r.work.release(), Fault);
+    EXPECT_FALSE(r.slow.busy());
+    EXPECT_TRUE(r.work.held.empty());
+    EXPECT_EQ(r.slow.listItems().size(), 3u);  // PLANT.CSV's columns stay
 }
 
 }  // namespace kova

@@ -25,6 +25,7 @@ MqttOptions Options(int port) {
     o.host = "127.0.0.1";
     o.port = port;
     o.prefix = "kova/secure";
+    o.clientId = "kova-secure-test";
     return o;
 }
 
@@ -65,6 +66,11 @@ TEST(MqttSecurity, AWrongPasswordOrNoLoginIsRefusedByTheBroker) {
     auto wrong = MqttLink::Start(o, error);
     ASSERT_TRUE(wrong) << error;
     EXPECT_TRUE(NeverConnects(*wrong));
+    // Said once, and not tried again for minutes: the broker would refuse it again.
+    EXPECT_EQ(wrong->takeNotices(),
+              std::vector<std::string>{"the broker at 127.0.0.1:" + std::to_string(broker.port()) +
+                                       " refused the login (Not authorized): check --mqtt-user "
+                                       "and --mqtt-password-file; trying again every 5 minutes"});
     auto anonymous = MqttLink::Start(Options(broker.port()), error);
     ASSERT_TRUE(anonymous) << error;
     EXPECT_TRUE(NeverConnects(*anonymous));
@@ -123,6 +129,11 @@ TEST(MqttSecurity, ABrokerWhoseCertificateTheCaDidNotSignIsNeverTrusted) {
     auto link = MqttLink::Start(o, error);
     ASSERT_TRUE(link) << error;
     EXPECT_TRUE(NeverConnects(*link));
+    EXPECT_EQ(link->takeNotices(),
+              std::vector<std::string>{
+                  "cannot connect to the broker at 127.0.0.1:" + std::to_string(broker.port()) +
+                  ": TLS failed (certificate verify failed): --mqtt-ca-file does not hold the CA "
+                  "that signed the broker's certificate; trying again every 5 minutes"});
 }
 
 TEST(MqttSecurity, AnUnreadableCaFileIsNamed) {

@@ -102,9 +102,9 @@ void TestBroker::stop() {
     pid_ = -1;
 }
 
-Subscriber::Subscriber(int port, const std::string& topic) {
+Subscriber::Subscriber(int port, const std::string& topic, const std::string& clientId) {
     mosquitto_lib_init();
-    client_ = mosquitto_new(nullptr, true, this);
+    client_ = mosquitto_new(clientId.empty() ? nullptr : clientId.c_str(), true, this);
     mosquitto_message_callback_set(client_, &Subscriber::onMessage);
     mosquitto_subscribe_callback_set(client_, [](mosquitto*, void* self, int, int, const int*) {
         static_cast<Subscriber*>(self)->subscribed_ = true;
@@ -154,9 +154,9 @@ int Subscriber::count(const std::string& topic) {
     return n;
 }
 
-void Subscriber::publish(const std::string& topic, const std::string& payload) {
+void Subscriber::publish(const std::string& topic, const std::string& payload, bool retain) {
     mosquitto_publish(client_, nullptr, topic.c_str(), static_cast<int>(payload.size()),
-                      payload.data(), 1, false);
+                      payload.data(), 1, retain);
 }
 
 pid_t StartCli(const std::filesystem::path& folder, const std::vector<std::string>& args) {

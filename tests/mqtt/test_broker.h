@@ -46,7 +46,8 @@ class Subscriber {
         std::string payload;
         bool retained;
     };
-    Subscriber(int port, const std::string& topic);
+    // clientId "": one the library makes up.
+    Subscriber(int port, const std::string& topic, const std::string& clientId = "");
     ~Subscriber();
     // Waits until `done` holds for the messages so far, at most `timeout`.
     bool waitFor(const std::function<bool(const std::vector<Message>&)>& done,
@@ -55,7 +56,7 @@ class Subscriber {
     // The last payload of a topic, "" when none came.
     std::string last(const std::string& topic);
     int count(const std::string& topic);
-    void publish(const std::string& topic, const std::string& payload);
+    void publish(const std::string& topic, const std::string& payload, bool retain = false);
 
   private:
     static void onMessage(mosquitto*, void*, const mosquitto_message*);

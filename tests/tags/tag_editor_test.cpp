@@ -198,6 +198,22 @@ TEST(TagEditor, ABlankNameComesFirst) {
     EXPECT_EQ(r.onlyError(), "Tag Name cannot be blank. If not used name it as a variable");
 }
 
+TEST(TagEditor, ANameWithAWildcardOrASlashIsRefused) {
+    for (const char* name : {"TANK+1", "LEVEL#", "LINE/2", "+"}) {
+        Rig r;
+        r.typeAnalog(name, "AI-1", "0", "4095", "0", "100");
+        EXPECT_FALSE(AcceptTag(r.st, r.form)) << name;
+        EXPECT_EQ(r.onlyError(),
+                  "Tag Name cannot contain +, # or /. These characters have a meaning of their "
+                  "own in the MQTT topics a station publishes its tags under")
+            << name;
+        EXPECT_EQ(r.st.tags[1].TagName, "") << name;
+    }
+    Rig r;
+    r.typeAnalog("TANK-1 (A)", "AI-1", "0", "4095", "0", "100");
+    EXPECT_TRUE(AcceptTag(r.st, r.form));
+}
+
 TEST(TagEditor, AnIONameNotInTheListIsRefused) {
     Rig r(kDaqQrt110);
     r.typeAnalog("X", "DI-1", "0", "1", "0", "1");  // the QRT110 has no digital inputs

@@ -65,6 +65,10 @@ def random_variant(rng, code=None):
     return {"type": code, "value": value}
 
 
+# kova-cli build refuses a tag name with a character a topic level cannot hold.
+NOT_IN_TAG_NAMES = str.maketrans("", "", "+#/")
+
+
 def rich_config(seed):
     rng = random.Random(seed)
     # 34 bytes of numbers and 6 length fields leave 82 bytes for the tag's six texts.
@@ -72,7 +76,7 @@ def rich_config(seed):
     for _ in range(32):
         texts = [random_text(rng, 13) for _ in range(6)]
         tags.append({
-            "Label": texts[0], "TagName": texts[1], "IOName": texts[2],
+            "Label": texts[0], "TagName": texts[1].translate(NOT_IN_TAG_NAMES), "IOName": texts[2],
             "Kind": i16(rng), "Direction": i16(rng), "Address": i16(rng), "IONumber": i16(rng),
             "RawValue1": i16(rng), "EngValue1": random_single(rng), "RawValue2": i16(rng),
             "EngValue2": random_single(rng), "EngText1": texts[3], "EngText2": texts[4],

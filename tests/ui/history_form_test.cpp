@@ -2,9 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
 #include <QAction>
 #include <QCategoryAxis>
 #include <QChart>
+#include <QElapsedTimer>
 #include <QGraphicsScene>
 #include <QGraphicsTextItem>
 #include <QGroupBox>
@@ -16,6 +18,8 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTest>
+
+#include <filesystem>
 #include <sstream>
 
 #include "app/main_window.h"
@@ -64,15 +68,27 @@ struct Rig {
         test::WriteFileBytes(folder / name, bytes);
         return (folder / name).string();
     }
+    // The file is read away from the window's thread: waits until what it found is shown.
+    void settle() {
+        QElapsedTimer waited;
+        waited.start();
+        while (w->model().busy() && waited.elapsed() < 5000) QTest::qWait(2);
+        EXPECT_FALSE(w->model().busy()) << "the file was still being read after 5 s";
+    }
     void choose(const std::string& p) {
         prompt.fileAnswers.push_back(p);
-        button("CmdSelectFile")->click();
+        click("CmdSelectFile");
+    }
+    void click(const char* name) {
+        button(name)->click();
+        settle();
     }
     // Toggles list row r from the keyboard, as a user does with the space bar.
     void toggle(int r) {
         list()->setFocus();
         list()->setCurrentRow(r, QItemSelectionModel::NoUpdate);
         QTest::keyClick(list(), Qt::Key_Space);
+        settle();
     }
     QLineSeries* curve(int i) { return w->chart()->series(i); }
     QStringList axisLabels() {
@@ -188,7 +204,7 @@ TEST(HistoryWindow, ACancelledOrRefusedChoiceLeavesTheListAsItWas) {
     Rig r;
     const std::string p = r.path("PLANT.CSV", logFile(10));
     r.choose(p);
-    r.button("CmdSelectFile")->click();  // cancelled
+    r.click("CmdSelectFile");  // cancelled
     EXPECT_EQ(r.list()->count(), 6);
     const std::string logging = r.path("NOW.CSV", "LOG PERIOD,X\r\n");
     r.st.logging.LogFileName = logging;
@@ -206,6 +222,26 @@ TEST(HistoryWindow, AFileThatCannotBeReadIsReportedAndTheWindowStays) {
     EXPECT_EQ(r.report.reportedCount(), 1);
     EXPECT_NE(r.errors.str().find("GONE.CSV"), std::string::npos);
     EXPECT_EQ(r.list()->count(), 0);
+    EXPECT_TRUE(r.w->isVisible());
+}
+
+TEST(HistoryWindow, AFifoOrAFolderIsRefusedByNameAndTheWindowStays) {
+    Rig r;
+    const std::string good = r.path("PLANT.CSV", logFile(10));
+    r.choose(good);
+    ASSERT_EQ(::mkfifo((r.folder / "PIPE.CSV").c_str(), 0600), 0);
+    r.choose((r.folder / "PIPE.CSV").string());
+    std::filesystem::create_directory(r.folder / "DIR.CSV");
+    r.choose((r.folder / "DIR.CSV").string());
+    EXPECT_EQ(r.report.reportedCount(), 2);
+    EXPECT_NE(r.errors.str().find("PIPE.CSV cannot be read: it is a FIFO (named pipe), not a log "
+                                  "file"),
+              std::string::npos)
+        << r.errors.str();
+    EXPECT_NE(r.errors.str().find("DIR.CSV cannot be read: it is a folder, not a log file"),
+              std::string::npos);
+    EXPECT_EQ(r.label("LblFile")->text().toStdString(), good);
+    EXPECT_EQ(r.list()->count(), 6);
     EXPECT_TRUE(r.w->isVisible());
 }
 
@@ -287,7 +323,7 @@ TEST(HistoryWindow, ForwardStepsThroughTheFileUntilNoMorePoints) {
     Rig r;
     r.choose(r.path("PLANT.CSV", logFile(250)));
     r.toggle(1);
-    r.button("CmdUp")->click();
+    r.click("CmdUp");
     EXPECT_EQ(r.curve(0)->at(0).y(), 201);
     EXPECT_EQ(r.curve(0)->at(49).y(), 250);
     EXPECT_EQ(r.curve(0)->count(), 50);  // the chart does not fall to 0 after the last row
@@ -295,7 +331,7 @@ TEST(HistoryWindow, ForwardStepsThroughTheFileUntilNoMorePoints) {
     EXPECT_EQ(r.axisLabels()[1], "226.000");
     EXPECT_EQ(r.axisLabels()[2], "");  // row 251 is beyond the file
     const auto before = r.curve(0)->points();
-    r.button("CmdUp")->click();
+    r.click("CmdUp");
     ASSERT_EQ(r.prompt.messages.size(), 1u);
     EXPECT_EQ(r.prompt.messages[0], (test::Shown{"No More Points To Plot", "KOVA"}));
     EXPECT_EQ(r.curve(0)->points(), before);
@@ -305,8 +341,8 @@ TEST(HistoryWindow, BackStaysIdleAfterASelection) {
     Rig r;
     r.choose(r.path("PLANT.CSV", logFile(450)));
     r.toggle(1);
-    r.button("CmdUp")->click();
-    r.button("CmdDown")->click();
+    r.click("CmdUp");
+    r.click("CmdDown");
     EXPECT_EQ(r.curve(0)->at(0).y(), 201);
     EXPECT_TRUE(r.prompt.messages.empty());
 }

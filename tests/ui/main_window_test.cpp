@@ -21,6 +21,8 @@
 #include "core/forms/periods_form.h"
 #include "daq/driver_dispatch.h"
 #include "daq/sim/qrtu_simulator.h"
+#include "logging/log_switch.h"
+#include "logging/log_writer.h"
 #include "platform/simulated_bus.h"
 #include "platform/steady_clock.h"
 #include "platform/tick_trace.h"
@@ -268,6 +270,30 @@ TEST(MainWindow, AQrtuThatStopsAnsweringIsToldOnceInTheStatusBarAndTheScanGoesOn
     EXPECT_EQ(r.w->statusText(), "");  // told once
     EXPECT_TRUE(r.box("OptPoll")->isChecked());
     sim.detach();
+}
+
+TEST(MainWindow, ALogFileDeletedWhileLoggingIsToldOnceInTheStatusBar) {
+    Rig r;
+    r.st.tags[1].TagName = "TANK";
+    r.st.tags[1].Label = "Tank";
+    r.st.tags[1].Log = 1;
+    r.st.logging.LogFileName = (r.folder / "PLANT.CSV").string();
+    r.st.logging.OverwriteFile = 1;
+    ASSERT_TRUE(ToggleLogging(r.st));
+    WriteLogRecord(r.st);
+    std::filesystem::remove(r.folder / "PLANT.CSV");
+    WriteLogRecord(r.st);  // as the scan writes its next record
+    r.w->tick();
+    const std::string told = "Log file \"" + r.st.logging.LogFileName +
+                             "\" was renamed or deleted while logging: it was started again "
+                             "with its header, and logging goes on";
+    EXPECT_EQ(r.w->statusText().toStdString(), told);
+    EXPECT_NE(r.errors.str().find(told), std::string::npos);
+    EXPECT_TRUE(r.prompt.messages.empty());  // no box in the way of the scan
+    r.w->statusBar()->findChild<QLabel*>("StatusBar1")->clear();
+    r.w->tick();
+    EXPECT_EQ(r.w->statusText(), "");  // told once
+    EXPECT_EQ(test::ReadFileBytes(r.folder / "PLANT.CSV").rfind("LOG PERIOD,Tank\r\n", 0), 0u);
 }
 
 TEST(MainWindow, AFaultInTheScanIsReportedOnceWhileItRepeats) {

@@ -7,6 +7,7 @@
 #include "core/fault.h"
 #include "core/setup_file.h"
 #include "setup_json.h"
+#include "tags/tag_table.h"
 
 namespace kova::cli {
 
@@ -30,7 +31,9 @@ int build(const BuildOptions& o) {
     // Every error from here on names the file it is about.
     Json json;
     try {
-        json = Json::parse(text);
+        json = ParseSetupJson(text);
+    } catch (const JsonKeyError& e) {  // a key given twice
+        return Fail("build: " + o.input + ": " + e.what());
     } catch (const Json::exception& e) {  // a syntax error, a number like 1e400
         return Fail("build: " + o.input + ": not valid JSON: " + jsonMessage(e));
     }
@@ -44,6 +47,11 @@ int build(const BuildOptions& o) {
     } catch (const Fault& e) {
         return Fail("build: " + o.input + ": " + e.what());
     }
+    // A name the tag editor would refuse is not made here either.
+    for (int n = 1; n <= kUserTags; ++n)
+        if (TagNameHasTopicCharacters(st->tags[n].TagName))
+            return Fail("build: " + o.input + ": key tags[" + std::to_string(n - 1) +
+                        "].TagName: " + kTagNameTopicCharacters);
     try {
         SaveSetupFile(*st, o.output);  // its faults name the output file
     } catch (const Fault& e) {

@@ -2,6 +2,7 @@
 
 #include "tags/tag.h"
 #include "tags/tag_editor.h"
+#include "tags/tag_table.h"
 
 namespace kova::cli {
 
@@ -22,6 +23,7 @@ std::string channelProblem(const DaqProfile& p, int number, int count, const cha
 
 // The first message the editor would show for this record, "" when it accepts it.
 std::string recordProblem(const DaqProfile& p, const Tag& t) {
+    if (TagNameHasTopicCharacters(t.TagName)) return kTagNameTopicCharacters;
     if (!listed(p, t.IOName)) return "I/O Name Not Selected From List ";
     const bool analog = t.Kind == kAnalog;
     if (t.Address != 1) return analog ? "DAQ Address must be 1 " : "DAQ Address must be between 1";

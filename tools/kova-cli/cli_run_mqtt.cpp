@@ -4,6 +4,9 @@
 #include <iostream>
 
 #ifdef KOVA_WITH_MQTT
+#include <filesystem>
+
+#include "mqtt/mqtt_client_id.h"
 #include "mqtt/mqtt_station.h"
 #endif
 
@@ -34,6 +37,12 @@ void AddMqttOptions(CLI::App& run, RunOptions& o) {
                    "in this file")
         ->type_name("FILE")
         ->group(group);
+    run.add_option_function<std::string>(
+           "--mqtt-client-id", [&o](const std::string& v) { o.mqttClientId = v; },
+           "The client ID to give the broker (default: the topic prefix, the host's name and a "
+           "random part kept in KOVA_MQTT.ID in the working folder)")
+        ->type_name("ID")
+        ->group(group);
     run.add_flag("--mqtt-writes", o.mqttWrites,
                  "Accept <prefix>/set/<TAGNAME> from the broker: sets an output or variable "
                  "as an operator write on a readings screen does")
@@ -44,7 +53,7 @@ namespace {
 
 bool MqttCompanionGiven(const RunOptions& o) {
     return o.mqttPrefix || !o.mqttUser.empty() || !o.mqttPasswordFile.empty() ||
-           !o.mqttCaFile.empty() || o.mqttWrites;
+           !o.mqttCaFile.empty() || o.mqttWrites || o.mqttClientId;
 }
 
 #ifdef KOVA_WITH_MQTT
@@ -81,6 +90,18 @@ std::unique_ptr<RunPublisher> StartRunPublisher(const RunOptions& o, std::string
     m.passwordFile = o.mqttPasswordFile;
     m.caFile = o.mqttCaFile;
     m.writes = o.mqttWrites;
+    if (o.mqttClientId) {
+        m.clientId = *o.mqttClientId;
+        if (const std::string why = mqtt::ClientIdProblem(m.clientId); !why.empty()) {
+            error = "--mqtt-client-id: " + why;
+            return nullptr;
+        }
+    } else {
+        // Made once and kept, so the broker knows the station again after a restart.
+        const mqtt::ClientId id = mqtt::DefaultClientId(m.prefix, std::filesystem::current_path());
+        m.clientId = id.id;
+        if (!id.note.empty()) std::cerr << "kova-cli: mqtt: " << id.note << std::endl;
+    }
     auto link = mqtt::MqttLink::Start(m, error);
     if (!link) return nullptr;
     return std::make_unique<MqttPublisher>(std::move(link), m.prefix);

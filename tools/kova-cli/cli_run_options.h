@@ -34,6 +34,7 @@ struct RunOptions {
     std::string mqttPasswordFile;
     std::string mqttCaFile;
     bool mqttWrites = false;
+    std::optional<std::string> mqttClientId;
     // --http and its companions: the station's web page.
     std::optional<std::string> httpListen;  // [ADDR:]PORT
     std::string httpUsers;

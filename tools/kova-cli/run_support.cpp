@@ -8,6 +8,7 @@
 #include "core/main_window_model.h"
 #include "core/pc_speed.h"
 #include "daq/port_messages.h"
+#include "logging/log_writer.h"
 
 namespace kova::cli {
 
@@ -68,6 +69,8 @@ void RunTeller::tell(Station& st) {
     if (!port.empty()) say(port);
     const std::string silence = ModuleSilenceToTell(st);
     if (!silence.empty()) say(silence);
+    const std::string restarted = LogRestartToTell(st);
+    if (!restarted.empty()) say(restarted);
 }
 
 }  // namespace kova::cli

@@ -26,7 +26,8 @@ bool SleepUntilOrStop(std::chrono::steady_clock::time_point until, const std::at
 void MeasureSpeedForRun(Station& st, const std::atomic<bool>& stop);
 
 // Prints on stderr, once each, that the port cannot be reached (with what the selected
-// module reads on it) and that the module stopped answering.
+// module reads on it), that the module stopped answering, and that the log file vanished
+// from its path and was started again.
 class RunTeller {
   public:
     void tell(Station& st);

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <map>
+#include <optional>
 #include <set>
 #include <vector>
 
@@ -390,7 +392,72 @@ void Write(std::string& out, const Json& j, int indent) {
     }
 }
 
+// The line (from 1) of each key of the text, in the order the parser meets them: a string
+// followed by ":" outside any other string is a key.
+std::vector<int> KeyLines(const std::string& text) {
+    std::vector<int> lines;
+    int line = 1;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        if (c == '\n') ++line;
+        if (c != '"') continue;
+        const int at = line;
+        for (++i; i < text.size() && text[i] != '"'; ++i) {
+            if (text[i] == '\\') ++i;  // an escaped character, a quote among them
+        }
+        std::size_t j = i + 1;
+        while (j < text.size() &&
+               (text[j] == ' ' || text[j] == '\t' || text[j] == '\r' || text[j] == '\n'))
+            ++j;
+        if (j < text.size() && text[j] == ':') lines.push_back(at);
+    }
+    return lines;
+}
+
 }  // namespace
+
+Json ParseSetupJson(const std::string& text) {
+    struct Duplicate {
+        std::string key;
+        std::size_t first = 0;  // ordinals of the two keys among all keys of the text
+        std::size_t second = 0;
+    };
+    // The keys of every object being parsed, innermost last, each with its ordinal.
+    std::vector<std::map<std::string, std::size_t>> open;
+    std::size_t keys = 0;
+    std::optional<Duplicate> duplicate;
+    Json json = Json::parse(text, [&](int, Json::parse_event_t event, Json& parsed) {
+        switch (event) {
+            case Json::parse_event_t::object_start:
+                open.emplace_back();
+                break;
+            case Json::parse_event_t::object_end:
+                if (!open.empty()) open.pop_back();
+                break;
+            case Json::parse_event_t::key: {
+                const std::string key = parsed.get<std::string>();
+                const std::size_t ordinal = keys++;
+                if (open.empty()) break;
+                const auto [at, isNew] = open.back().emplace(key, ordinal);
+                if (!isNew && !duplicate) duplicate = Duplicate{key, at->second, ordinal};
+                break;
+            }
+            default:
+                break;
+        }
+        return true;
+    });
+    if (duplicate) {
+        const std::vector<int> lines = KeyLines(text);
+        auto lineOf = [&](std::size_t ordinal) {
+            return ordinal < lines.size() ? std::to_string(lines[ordinal]) : std::string("?");
+        };
+        throw JsonKeyError("key " + Json(duplicate->key).dump() +
+                           " appears twice in one object, on lines " + lineOf(duplicate->first) +
+                           " and " + lineOf(duplicate->second) + ": each key may be given once");
+    }
+    return json;
+}
 
 Json SetupToJson(const Station& st) {
     Json root = Json::object();

@@ -20,6 +20,11 @@ class JsonKeyError : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+// Parses the JSON text of a configuration. A key given twice in one object would silently
+// lose one of its values: it throws JsonKeyError naming the key and both lines. Other
+// faults of the text throw nlohmann's parse_error.
+Json ParseSetupJson(const std::string& text);
+
 Json SetupToJson(const Station& st);
 // Fills the stored items of the station from the JSON; throws JsonKeyError naming the key.
 void SetupFromJson(const Json& json, Station& st);

@@ -18,6 +18,7 @@
 #include <algorithm>
 
 #include "core/forms/form_widgets.h"
+#include "core/forms/thread_work.h"
 #include "displays/forms/chart_view.h"
 
 namespace kova {
@@ -82,7 +83,10 @@ HistoryWindow::HistoryWindow(Station& st, ErrorReport& report, PrintWindow print
     // first one at X = 0 included (a slanted label there would reach past the chart's edge).
     chart_->xLabelAxis()->setLabelsAngle(-90);
     chart_->xLabelAxis()->setTruncateLabels(false);
-    model_ = std::make_unique<HistoryView>(st_, *chart_);
+    work_ = std::make_unique<forms::ThreadWork>(
+        this, [this](const std::function<void()>& done) { guard_(done); });
+    model_ = std::make_unique<HistoryView>(st_, *chart_, work_.get());
+    model_->onChanged([this] { refresh(); });
 
     cmdUp_ = button("CmdUp", kHistoryForwardCaption, this);
     cmdDown_ = button("CmdDown", kHistoryBackCaption, this);
@@ -130,13 +134,27 @@ HistoryWindow::HistoryWindow(Station& st, ErrorReport& report, PrintWindow print
     connect(cmdExit_, &QPushButton::clicked, this, &HistoryWindow::exitClicked);
 }
 
-HistoryWindow::~HistoryWindow() = default;
+HistoryWindow::~HistoryWindow() {
+    // Reads still under way end on their own; nothing they found is shown any more.
+    work_.reset();
+}
 
 void HistoryWindow::selectFileClicked() {
-    bool listed = false;
-    guard_([&] { listed = model_->selectFile(); });
+    guard_([&] { model_->selectFile(); });
+    refresh();
+}
+
+void HistoryWindow::refresh() {
     // A cancelled, refused or unreadable choice leaves the list as it was.
-    if (listed) showFile();
+    if (model_->columnsRead() != columnsShown_) {
+        columnsShown_ = model_->columnsRead();
+        showFile();
+    }
+    showPens();
+    if (model_->busy())
+        setCursor(Qt::BusyCursor);
+    else
+        unsetCursor();
 }
 
 void HistoryWindow::showFile() {
@@ -169,7 +187,7 @@ void HistoryWindow::listSelectionChanged() {
         return;
     }
     acceptedRows_ = rows;
-    showPens();
+    refresh();
 }
 
 void HistoryWindow::showPens() {
@@ -188,10 +206,12 @@ void HistoryWindow::showPens() {
 
 void HistoryWindow::forwardClicked() {
     guard_([&] { model_->forward(); });
+    refresh();
 }
 
 void HistoryWindow::backClicked() {
     guard_([&] { model_->back(); });
+    refresh();
 }
 
 void HistoryWindow::printClicked() {

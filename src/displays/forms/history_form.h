@@ -18,6 +18,9 @@ class QRadioButton;
 namespace kova {
 
 class ChartView;
+namespace forms {
+class ThreadWork;
+}
 
 class HistoryWindow : public QWidget {
     Q_OBJECT
@@ -44,6 +47,9 @@ class HistoryWindow : public QWidget {
 
   private:
     void listSelectionChanged();
+    // After each read of the file: the column list when a new file was read, the pens, and
+    // the busy cursor while a read is under way.
+    void refresh();
     void showFile();
     void showPens();
     std::vector<int> selectedRows() const;
@@ -53,7 +59,9 @@ class HistoryWindow : public QWidget {
     forms::WindowCalls guard_{st_, report_, this};
     PrintWindow print_;
     ChartView* chart_;
+    std::unique_ptr<forms::ThreadWork> work_;  // reads the file away from the scan's thread
     std::unique_ptr<HistoryView> model_;
+    int columnsShown_ = 0;
     std::vector<int> acceptedRows_;  // the selection the pens were made from
 
     QPushButton* cmdSelectFile_;

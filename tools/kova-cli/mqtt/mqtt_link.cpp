@@ -1,6 +1,10 @@
 #include "mqtt/mqtt_link.h"
 
 #include <mosquitto.h>
+#include <mqtt_protocol.h>
+
+#include <cerrno>
+#include <cstring>
 
 namespace kova::mqtt {
 
@@ -8,6 +12,8 @@ namespace {
 
 constexpr int kKeepAliveSeconds = 30;
 constexpr int kQos = 1;
+// How long a clean stop waits for "offline" and the DISCONNECT to go out.
+constexpr auto kCleanStopWait = std::chrono::seconds(2);
 
 // libmosquitto wants one library-wide initialisation before the first client.
 void InitLibraryOnce() {
@@ -24,19 +30,26 @@ std::string StatusTopic(const MqttOptions& o) {
 
 }  // namespace
 
-MqttLink::MqttLink(const MqttOptions& options) : options_(options) {}
+MqttLink::MqttLink(const MqttOptions& options)
+    : options_(options), teller_(options.host, options.port, options.clientId) {}
 
 std::unique_ptr<MqttLink> MqttLink::Start(const MqttOptions& options, std::string& error) {
     InitLibraryOnce();
     std::unique_ptr<MqttLink> link(new MqttLink(options));
-    const std::string id = options.clientId.empty() ? options.prefix : options.clientId;
-    link->client_ = mosquitto_new(id.c_str(), true, link.get());
+    if (options.clientId.empty()) {
+        error = "MQTT: no client ID";
+        return nullptr;
+    }
+    link->client_ = mosquitto_new(options.clientId.c_str(), true, link.get());
     if (!link->client_) {
-        error = "MQTT: cannot create a client";
+        error = "MQTT: cannot create a client with the ID \"" + options.clientId + "\"";
         return nullptr;
     }
     mosquitto* c = link->client_;
-    mosquitto_int_option(c, MOSQ_OPT_PROTOCOL_VERSION, MQTT_PROTOCOL_V311);
+    // MQTT 5 says why the broker closes a connection (a session taken over among others).
+    mosquitto_int_option(c, MOSQ_OPT_PROTOCOL_VERSION, MQTT_PROTOCOL_V5);
+    // The network loop is this link's own thread; publishing from the scan only queues.
+    mosquitto_threaded_set(c, true);
     const std::string status = StatusTopic(options);
     int rc = mosquitto_will_set(c, status.c_str(), 7, "offline", kQos, true);
     if (rc != MOSQ_ERR_SUCCESS) {
@@ -64,48 +77,92 @@ std::unique_ptr<MqttLink> MqttLink::Start(const MqttOptions& options, std::strin
             return nullptr;
         }
     }
-    mosquitto_reconnect_delay_set(c, 1, 30, true);
-    mosquitto_connect_callback_set(c, &MqttLink::connectCallback);
-    mosquitto_disconnect_callback_set(c, &MqttLink::disconnectCallback);
+    mosquitto_connect_v5_callback_set(c, &MqttLink::connectCallback);
+    mosquitto_disconnect_v5_callback_set(c, &MqttLink::disconnectCallback);
     mosquitto_message_callback_set(c, &MqttLink::messageCallback);
-    // A broker that is not there yet is no error: the network thread keeps trying.
-    rc = mosquitto_connect_async(c, options.host.c_str(), options.port, kKeepAliveSeconds);
-    if (rc == MOSQ_ERR_INVAL) {
-        error = "MQTT: cannot connect to \"" + options.host + "\"";
-        return nullptr;
-    }
-    // Queued first, so "online" is the first thing the broker hears from this station.
-    mosquitto_publish(c, nullptr, status.c_str(), 6, "online", kQos, true);
-    rc = mosquitto_loop_start(c);
-    if (rc != MOSQ_ERR_SUCCESS) {
-        error = std::string("MQTT: the network thread cannot start: ") + mosquitto_strerror(rc);
-        return nullptr;
-    }
-    link->loopStarted_ = true;
+    mosquitto_log_callback_set(c, &MqttLink::logCallback);
+    link->thread_ = std::thread(&MqttLink::run, link.get());
     return link;
 }
 
 MqttLink::~MqttLink() {
     if (!client_) return;
-    if (loopStarted_) {
+    if (thread_.joinable()) {
+        stopping_ = true;
         if (connected_) {
             // A clean stop says so itself (the broker sends the will only when a client
             // vanishes); the message goes out before the disconnect.
-            int mid = 0;
             const std::string status = StatusTopic(options_);
-            mosquitto_publish(client_, &mid, status.c_str(), 7, "offline", kQos, true);
+            mosquitto_publish(client_, nullptr, status.c_str(), 7, "offline", kQos, true);
+            mosquitto_disconnect(client_);
         }
-        mosquitto_disconnect(client_);
-        mosquitto_loop_stop(client_, false);
+        {
+            std::unique_lock lock(waitMutex_);
+            wake_.notify_all();
+        }
+        // The network thread leaves once the connection has ended; a broker that does not
+        // take the goodbye in time does not hold the station up.
+        const auto deadline = std::chrono::steady_clock::now() + kCleanStopWait;
+        while (std::chrono::steady_clock::now() < deadline && connected_)
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        stop_ = true;
+        {
+            std::unique_lock lock(waitMutex_);
+            wake_.notify_all();
+        }
+        thread_.join();
     }
     mosquitto_destroy(client_);
 }
 
-bool MqttLink::publish(const std::string& topic, const std::string& payload, bool retain) {
-    const int rc =
-        mosquitto_publish(client_, nullptr, topic.c_str(), static_cast<int>(payload.size()),
-                          payload.data(), kQos, retain);
-    return rc == MOSQ_ERR_SUCCESS;
+bool MqttLink::pause(std::chrono::steady_clock::duration d) {
+    std::unique_lock lock(waitMutex_);
+    return !wake_.wait_for(lock, d, [this] { return stop_ || stopping_; });
+}
+
+void MqttLink::run() {
+    networkThread_ = std::this_thread::get_id();
+    mosquitto* c = client_;
+    bool first = true;
+    while (!stop_ && !stopping_) {
+        event_ = ConnectionEvent{};
+        errno = 0;
+        int rc = first ? mosquitto_connect_async(c, options_.host.c_str(), options_.port,
+                                                 kKeepAliveSeconds)
+                       : mosquitto_reconnect_async(c);
+        int err = errno;
+        first = false;
+        if (rc == MOSQ_ERR_SUCCESS) {
+            // Until the connection ends: a clean stop ends it with "offline" and DISCONNECT.
+            while (!stop_) {
+                errno = 0;
+                rc = mosquitto_loop(c, 100, 1);
+                err = errno;
+                if (rc != MOSQ_ERR_SUCCESS) break;
+                if (connected_) teller_.connectedAt(std::chrono::steady_clock::now());
+            }
+            connected_ = false;
+        }
+        if (stop_ || stopping_) break;
+        event_.rc = rc;
+        event_.err = err;
+        const ConnectionTeller::Next next =
+            teller_.failed(event_, std::chrono::steady_clock::now());
+        if (!next.tell.empty()) note(next.tell);
+        if (teller_.useMqtt311())
+            mosquitto_int_option(c, MOSQ_OPT_PROTOCOL_VERSION, MQTT_PROTOCOL_V311);
+        if (!pause(next.wait)) break;
+    }
+}
+
+void MqttLink::note(const std::string& line) {
+    std::lock_guard lock(mutex_);
+    notices_.push_back(line);
+}
+
+int MqttLink::publish(const std::string& topic, const std::string& payload, bool retain) {
+    return mosquitto_publish(client_, nullptr, topic.c_str(), static_cast<int>(payload.size()),
+                             payload.data(), kQos, retain);
 }
 
 void MqttLink::onConnect(std::function<void()> callback) {
@@ -113,16 +170,33 @@ void MqttLink::onConnect(std::function<void()> callback) {
     onConnect_ = std::move(callback);
 }
 
-std::vector<MqttLink::Incoming> MqttLink::takeIncoming() {
+MqttLink::Taken MqttLink::takeIncoming() {
     std::lock_guard lock(mutex_);
-    std::vector<Incoming> out;
-    out.swap(incoming_);
+    Taken out;
+    out.messages.swap(incoming_);
+    out.dropped = std::exchange(dropped_, 0);
     return out;
 }
 
-void MqttLink::connectCallback(mosquitto* c, void* self, int rc) {
+long long MqttLink::writesWaiting() {
+    std::lock_guard lock(mutex_);
+    return static_cast<long long>(incoming_.size()) + dropped_;
+}
+
+std::vector<std::string> MqttLink::takeNotices() {
+    std::lock_guard lock(mutex_);
+    std::vector<std::string> out;
+    out.swap(notices_);
+    return out;
+}
+
+void MqttLink::connectCallback(mosquitto* c, void* self, int rc, int, const mqtt5__property*) {
     auto* link = static_cast<MqttLink*>(self);
-    if (rc != 0) return;  // refused (bad credentials, ...): the loop tries again later
+    if (rc != 0) {
+        link->event_.refusal = rc;  // refused: the network thread says why
+        return;
+    }
+    link->event_.accepted = true;
     // The subscription goes out before anything the station publishes as connected, so a
     // peer that has seen a tag value knows its writes will be heard.
     if (link->options_.writes) {
@@ -133,27 +207,53 @@ void MqttLink::connectCallback(mosquitto* c, void* self, int rc) {
     mosquitto_publish(c, nullptr, status.c_str(), 6, "online", kQos, true);
     ++link->connections_;
     link->connected_ = true;
+    const std::string again = link->teller_.accepted(std::chrono::steady_clock::now());
     // Called under the lock, so that whoever replaces the callback (a station going away)
     // waits until a running call has finished.
     std::lock_guard lock(link->mutex_);
+    if (!again.empty()) link->notices_.push_back(again);
     if (link->onConnect_) link->onConnect_();
 }
 
-void MqttLink::disconnectCallback(mosquitto*, void* self, int) {
-    static_cast<MqttLink*>(self)->connected_ = false;
+void MqttLink::disconnectCallback(mosquitto*, void* self, int rc, const mqtt5__property*) {
+    auto* link = static_cast<MqttLink*>(self);
+    link->connected_ = false;
+    // A DISCONNECT from the broker carries an MQTT reason (0x80 and above); the library's own
+    // codes are small numbers.
+    if (rc >= 0x80) link->event_.disconnectReason = rc;
 }
 
 void MqttLink::messageCallback(mosquitto*, void* self, const mosquitto_message* message) {
     auto* link = static_cast<MqttLink*>(self);
     Incoming in;
-    in.topic = message->topic ? message->topic : "";
-    if (message->payload && message->payloadlen > 0)
-        in.payload.assign(static_cast<const char*>(message->payload),
-                          static_cast<std::size_t>(message->payloadlen));
+    // Nothing is copied beyond what a write can be: a topic of the prefix, "/set/" and a tag
+    // name, a payload of a number.
+    const char* topic = message->topic ? message->topic : "";
+    const std::size_t keep = link->options_.prefix.size() + 5 + kMaxTopicTail;
+    const std::size_t length = std::strlen(topic);
+    in.topicCut = length > keep;
+    in.topic.assign(topic, in.topicCut ? keep : length);
+    in.retained = message->retain;
+    in.payloadBytes = message->payloadlen > 0 ? static_cast<std::size_t>(message->payloadlen) : 0;
+    in.payloadTooLong = in.payloadBytes > kMaxWritePayload;
+    if (!in.payloadTooLong && message->payload && in.payloadBytes > 0)
+        in.payload.assign(static_cast<const char*>(message->payload), in.payloadBytes);
     std::lock_guard lock(link->mutex_);
     // A flood of writes cannot grow memory without bound: past this many unread ones the
-    // oldest are the ones kept, the rest dropped.
-    if (link->incoming_.size() < 10000) link->incoming_.push_back(std::move(in));
+    // oldest are the ones kept, the rest dropped and counted.
+    if (link->incoming_.size() < kMaxWritesWaiting)
+        link->incoming_.push_back(std::move(in));
+    else
+        ++link->dropped_;
+}
+
+void MqttLink::logCallback(mosquitto*, void* self, int level, const char* text) {
+    // The library's own error words (OpenSSL's on a TLS failure) tell the user more than
+    // its return code.
+    // Only what the network thread logs belongs to the connection it watches.
+    auto* link = static_cast<MqttLink*>(self);
+    if (level == MOSQ_LOG_ERR && text && link->networkThread_ == std::this_thread::get_id())
+        link->event_.errorLog = text;
 }
 
 }  // namespace kova::mqtt

@@ -12,7 +12,7 @@ struct MqttOptions {
     std::string passwordFile;  // the password is the file's first line
     std::string caFile;        // non-empty: TLS, the broker's certificate checked against it
     bool writes = false;       // accept <prefix>/set/<TAGNAME>
-    std::string clientId;      // empty: the prefix
+    std::string clientId;      // the ID given to the broker (see mqtt_client_id.h)
 };
 
 // "HOST" or "HOST:PORT" (a bracketed IPv6 address keeps its colons: "[::1]:1884").

@@ -1,5 +1,7 @@
 #include "mqtt/mqtt_station.h"
 
+#include <mosquitto.h>
+
 #include <cctype>
 #include <cmath>
 #include <limits>
@@ -8,6 +10,7 @@
 #include "core/numeric.h"
 #include "daq/driver_dispatch.h"
 #include "displays/operator_writes.h"
+#include "mqtt/printable_text.h"
 #include "tags/tag_name_index.h"
 
 namespace kova::mqtt {
@@ -21,12 +24,24 @@ std::string Trimmed(const std::string& s) {
     return s.substr(a, b - a);
 }
 
+// A write ignored without a line (the user heard once why).
+constexpr const char* kIgnoredQuietly = "-";
+
 std::string Upper(std::string s) {
     for (char& c : s) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
     return s;
 }
 
 }  // namespace
+
+std::string TopicLevelProblem(const std::string& name) {
+    if (name.find_first_of("+#") != std::string::npos)
+        return "a topic cannot hold the wildcards + and #";
+    if (name.find('/') != std::string::npos) return "a / would split its topic";
+    for (unsigned char c : name)
+        if (c < 0x20 || c == 0x7F) return "it holds control characters";
+    return {};
+}
 
 MqttStation::MqttStation(MqttLink& link, std::string prefix, std::ostream& errors)
     : link_(link), prefix_(std::move(prefix)), errors_(errors) {
@@ -46,9 +61,18 @@ std::string MqttStation::tagTopic(const std::string& tagName) const {
     return prefix_ + "/tags/" + tagName;
 }
 
+void MqttStation::say(const std::string& text) {
+    errors_ << "kova-cli: mqtt: " << text << std::endl;
+}
+
 void MqttStation::afterTick(Station& st) {
+    tellLinkNotices();
     applyWrites(st);
     publishTags(st);
+}
+
+void MqttStation::tellLinkNotices() {
+    for (const std::string& line : link_.takeNotices()) say(line);
 }
 
 void MqttStation::publishAlarm(const std::string& line) {
@@ -73,41 +97,78 @@ void MqttStation::publishTags(const Station& st) {
     for (int n = 1; n <= kTableTags; ++n) {
         const Tag& tag = st.tags[n];
         if (tag.TagName.empty()) continue;
+        // A name no topic can carry is never handed to the broker (it could never arrive);
+        // the user hears of it once.
+        if (const std::string why = TopicLevelProblem(tag.TagName); !why.empty()) {
+            if (unpublishedTold_[n] != tag.TagName) {
+                unpublishedTold_[n] = tag.TagName;
+                say("tag " + std::to_string(n) + " (" + Printable(tag.TagName) +
+                    ") is not published: " + why);
+            }
+            continue;
+        }
         // The number text of the log, without its blanks.
         std::string text = plainNumberText(tag.Value);
         if (!all && text == lastText_[n] && tag.TagName == lastName_[n]) continue;
-        if (link_.publish(tagTopic(tag.TagName), text, true)) {
+        const int rc = link_.publish(tagTopic(tag.TagName), text, true);
+        if (rc == MOSQ_ERR_SUCCESS) {
             lastText_[n] = std::move(text);
             lastName_[n] = tag.TagName;
             ++published_;
-        } else {
-            // Not queued (broker away): the next connect sends everything again.
-            republish_ = true;
+        } else if (rc != MOSQ_ERR_NO_CONN && unpublishedTold_[n] != tag.TagName) {
+            // Only this tag is tried again at the next tick; the broker being away is no
+            // news (the next connect sends every value again).
+            unpublishedTold_[n] = tag.TagName;
+            say("tag " + std::to_string(n) + " (" + Printable(tag.TagName) +
+                ") cannot be published: " + mosquitto_strerror(rc));
         }
     }
 }
 
 void MqttStation::applyWrites(Station& st) {
-    for (const MqttLink::Incoming& in : link_.takeIncoming()) {
+    MqttLink::Taken taken = link_.takeIncoming();
+    if (taken.dropped > 0)
+        say(std::to_string(taken.dropped) + " writes were dropped: more than " +
+            std::to_string(MqttLink::kMaxWritesWaiting) + " arrived between two scans");
+    for (const MqttLink::Incoming& in : taken.messages) {
         ++writesSeen_;
-        const std::string why = applyWrite(st, in.topic, in.payload);
-        if (!why.empty()) errors_ << "kova-cli: mqtt: " << in.topic << ": " << why << std::endl;
+        const std::string why = applyWrite(st, in);
+        if (why.empty() || why == kIgnoredQuietly) continue;
+        // The topic's tail and the payload came from the network: escaped and cut.
+        const std::string setPrefix = prefix_ + "/set/";
+        const std::string shown = in.topic.rfind(setPrefix, 0) == 0
+                                      ? setPrefix + Printable(in.topic.substr(setPrefix.size()))
+                                      : Printable(in.topic);
+        say(shown + ": " + why);
     }
 }
 
-std::string MqttStation::applyWrite(Station& st, const std::string& topic,
-                                    const std::string& payload) {
+std::string MqttStation::applyWrite(Station& st, const MqttLink::Incoming& in) {
+    // A retained write would be applied again at every start of the station (and of every
+    // other subscriber): never applied, and said once.
+    if (in.retained) {
+        if (retainedTold_) return kIgnoredQuietly;
+        retainedTold_ = true;
+        return "ignored: a retained write is never applied, or it would run again at every "
+               "start (clear it by publishing an empty retained message to the topic); "
+               "further retained writes are ignored without a word";
+    }
     const std::string setPrefix = prefix_ + "/set/";
-    if (topic.rfind(setPrefix, 0) != 0) return "not a write topic";
-    const std::string name = Upper(Trimmed(topic.substr(setPrefix.size())));
-    const int n = name.empty() ? 0 : FindTag(st.nameIndex, name);
-    if (n < 1 || n > kUserTags) return "refused: there is no tag " + name + " to set";
+    if (in.topic.rfind(setPrefix, 0) != 0) return "not a write topic";
+    const std::string name = Upper(Trimmed(in.topic.substr(setPrefix.size())));
+    const int n = name.empty() || in.topicCut ? 0 : FindTag(st.nameIndex, name);
+    if (n < 1 || n > kUserTags) return "refused: there is no tag " + Printable(name) + " to set";
     const Tag& tag = st.tags[n];
     if (tag.Direction != 1 && tag.Direction != 2) return "refused: " + name + " is an input";
-    if (!isNumeric(payload)) return "refused: \"" + payload + "\" is not a number";
+    if (in.payloadTooLong)
+        return "refused: a payload of " + std::to_string(in.payloadBytes) +
+               " bytes is no number (" + std::to_string(MqttLink::kMaxWritePayload) +
+               " bytes at most)";
+    const std::string& payload = in.payload;
+    if (!isNumeric(payload)) return "refused: \"" + Printable(payload) + "\" is not a number";
     const double v = leadingNumber(payload);
     if (!std::isfinite(v) || std::fabs(v) > std::numeric_limits<float>::max())
-        return "refused: " + Trimmed(payload) + " is out of range for " + name;
+        return "refused: " + Printable(Trimmed(payload)) + " is out of range for " + name;
     if (tag.Kind == 1) {
         if (v != 0 && v != 1) return "refused: " + name + " is digital and takes 0 or 1";
         OperatorWriteDigital(st, n, v == 1);
