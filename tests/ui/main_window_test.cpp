@@ -290,7 +290,7 @@ TEST(MainWindow, ALogFileDeletedWhileLoggingIsToldOnceInTheStatusBar) {
     EXPECT_EQ(r.w->statusText().toStdString(), told);
     EXPECT_NE(r.errors.str().find(told), std::string::npos);
     EXPECT_TRUE(r.prompt.messages.empty());  // no box in the way of the scan
-    r.w->statusBar()->findChild<QLabel*>("StatusBar1")->clear();
+    r.w->findChild<QLabel*>("StatusBar1")->clear();
     r.w->tick();
     EXPECT_EQ(r.w->statusText(), "");  // told once
     EXPECT_EQ(test::ReadFileBytes(r.folder / "PLANT.CSV").rfind("LOG PERIOD,Tank\r\n", 0), 0u);
