@@ -37,6 +37,7 @@ class NullChart final : public kova::ChartPlot {
     void addCurve(const std::string&, std::span<const float>, double) override { ++curves_; }
     void replaceCurve(int, std::span<const float>, double) override {}
     void setCurveLegend(int, const std::string&) override {}
+    void setXSpan(double) override {}
     void autoScaleY() override {}
     void setYLimits(double, double) override {}
     int xLabelCount() const override { return labels_; }

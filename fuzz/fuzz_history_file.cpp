@@ -26,16 +26,18 @@ namespace {
 class NullChart final : public kova::ChartPlot {
   public:
     int curveCount() const override { return curves; }
+    // A curve holds the rows read from the file: never more than a block.
     void addCurve(const std::string&, std::span<const float> y, double) override {
-        if (y.size() != kova::kHistoryBlockRows) std::abort();
+        if (y.size() > kova::kHistoryBlockRows) std::abort();
         for (float v : y)
             if (!std::isfinite(v)) std::abort();
         ++curves;
     }
     void replaceCurve(int, std::span<const float> y, double) override {
-        if (y.size() != kova::kHistoryBlockRows) std::abort();
+        if (y.size() > kova::kHistoryBlockRows) std::abort();
     }
     void setCurveLegend(int, const std::string&) override {}
+    void setXSpan(double) override {}
     void autoScaleY() override {}
     void setYLimits(double, double) override {}
     int xLabelCount() const override { return labels; }

@@ -14,6 +14,9 @@ packages=(
   chromium chromium-driver python3-selenium python3-websocket
   clang libclang-rt-14-dev
   xvfb xauth xdotool imagemagick
+  # more fonts than a bare machine has (a CJK fallback among them), so the tests meet a
+  # "monospace" that is not fixed-pitch
+  fonts-urw-base35 fonts-droid-fallback
   poppler-utils
   python3
   libsystemd-dev systemd groff-base man-db

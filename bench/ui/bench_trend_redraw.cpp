@@ -11,19 +11,9 @@
 #include "core/trend_sampling.h"
 #include "displays/forms/chart_view.h"
 #include "displays/trend_view.h"
+#include "ui/offscreen_application.h"
 
 namespace {
-
-// The chart needs an application object; one for the whole run, on the offscreen platform
-// unless told otherwise.
-void ensureApplication() {
-    if (QApplication::instance()) return;
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-    static int argc = 1;
-    static char name[] = "bench_trend_redraw";
-    static char* argv[] = {name, nullptr};
-    static QApplication app(argc, argv);
-}
 
 // A station whose trend 1 has four pens with a full ring of moving samples.
 struct Live {
@@ -48,7 +38,7 @@ struct Live {
 };
 
 void BM_TrendRedraw(benchmark::State& state) {
-    ensureApplication();
+    kova::bench::EnsureOffscreenApplication();
     Live live;
     kova::ChartView chart;
     chart.resize(740, 420);
@@ -64,7 +54,7 @@ void BM_TrendRedraw(benchmark::State& state) {
 BENCHMARK(BM_TrendRedraw)->Unit(benchmark::kMillisecond);
 
 void BM_TrendRedrawAndPaint(benchmark::State& state) {
-    ensureApplication();
+    kova::bench::EnsureOffscreenApplication();
     Live live;
     kova::ChartView chart;
     chart.resize(740, 420);

@@ -11,6 +11,7 @@ bool isHelp(const std::string& a) {
 bool isVersion(const std::string& a) {
     return a == "-v" || a == "--version";
 }
+constexpr const char* kTickTrace = "--tick-trace";
 }  // namespace
 
 CommandLine::Action HelpOrVersionAsked(const std::vector<std::string>& args) {
@@ -27,9 +28,25 @@ CommandLine ReadCommandLine(const std::vector<std::string>& args) {
     line.action = HelpOrVersionAsked(args);
     if (line.action != CommandLine::Action::Run) return line;
     bool optionsEnded = false;
-    for (const std::string& a : args) {
+    const std::string traceWithFile = std::string(kTickTrace) + "=";
+    for (std::size_t i = 0; i < args.size(); ++i) {
+        const std::string& a = args[i];
         if (!optionsEnded && a == "--") {
             optionsEnded = true;
+            continue;
+        }
+        if (!optionsEnded && (a == kTickTrace || a.rfind(traceWithFile, 0) == 0)) {
+            std::string file;
+            if (a == kTickTrace && i + 1 < args.size())
+                file = args[++i];
+            else if (a != kTickTrace)
+                file = a.substr(traceWithFile.size());
+            if (file.empty()) {
+                line.action = CommandLine::Action::Error;
+                line.error = "--tick-trace needs the name of the file to write the trace to";
+                return line;
+            }
+            line.tickTrace = file;
             continue;
         }
         if (!optionsEnded && a.size() > 1 && a[0] == '-') {
@@ -58,6 +75,9 @@ std::string CommandLineHelp() {
            "\n"
            "  -h, --help     show this help and end\n"
            "  -v, --version  show the version and end\n"
+           "  --tick-trace FILE\n"
+           "                 write each scan tick's start (s) and duration (ms) to FILE,\n"
+           "                 one line per tick, to see how steady the scan is\n"
            "\n"
            "Qt's own options (-platform, -display, -style, ...) are accepted too.\n"
            "The manual page kova(1) and the Help menu say more.\n";

@@ -1,5 +1,5 @@
 #pragma once
-// The program's command line: kova [FOLDER], --help, --version. Qt's own options
+// The program's command line: kova [FOLDER], --help, --version, --tick-trace FILE. Qt's own options
 // (-platform, -style, ...) are taken out by the application object before the rest is read,
 // so help and version are looked for first: they must work without a display.
 #include <filesystem>
@@ -13,6 +13,7 @@ struct CommandLine {
     enum class Action { Run, Help, Version, Error };
     Action action = Action::Run;
     std::optional<std::filesystem::path> folder;  // the working folder asked for
+    std::optional<std::string> tickTrace;         // --tick-trace: the file to trace ticks to
     std::string error;                            // Action::Error: what is wrong
 };
 

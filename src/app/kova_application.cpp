@@ -7,6 +7,7 @@
 #include <locale>
 
 #include "core/error_report.h"
+#include "core/forms/combo_box_accessible.h"
 #include "kova_version.h"
 
 namespace kova::app {
@@ -19,6 +20,7 @@ KovaApplication::KovaApplication(int& argc, char** argv) : QApplication(argc, ar
     setDesktopFileName(kAppId);
     setWindowIcon(QIcon::fromTheme(kAppId));
     UseFixedNumberFormat();
+    forms::InstallComboBoxAccessible();
 }
 
 void UseFixedNumberFormat() {

@@ -19,6 +19,7 @@
 #include "core/splash_pause.h"
 #include "core/station.h"
 #include "daq/port_layer.h"
+#include "platform/tick_trace.h"
 
 namespace {
 
@@ -47,6 +48,16 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "kova: %s (kova --help)\n", line.error.c_str());
         return 2;
     }
+    // Opened before the working folder is entered: a relative name is where KOVA was started.
+    kova::TickTrace tickTrace;
+    if (line.tickTrace) {
+        const std::string why = tickTrace.open(*line.tickTrace);
+        if (!why.empty()) {
+            std::fprintf(stderr, "kova: cannot write the tick trace %s: %s\n",
+                         line.tickTrace->c_str(), why.c_str());
+            return 2;
+        }
+    }
     std::string problem;
     const auto folder = kova::app::EnterWorkingFolder(
         line, QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation).toStdString(),
@@ -68,6 +79,7 @@ int main(int argc, char** argv) {
     QObject::connect(&splash, &kova::app::SplashWindow::finished, [&](kova::PcSpeedResult speed) {
         station.daq.Port.DelayCount = speed.Delay;
         mainWindow = std::make_unique<kova::app::MainWindow>(station);
+        if (tickTrace.isOpen()) mainWindow->setTickTrace(&tickTrace);
         app.setErrorReport(&mainWindow->errorReport());
         mainWindow->startUp();
         mainWindow->show();

@@ -7,6 +7,9 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QRegularExpression>
+#include <QStatusBar>
+#include <QStyle>
 #include <QScreen>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -24,6 +27,7 @@
 #include "control/forms/control_form.h"
 #include "core/forms/form_widgets.h"
 #include "core/forms/periods_form.h"
+#include "core/forms/scan_gap.h"
 #include "daq/calibration_model.h"
 #include "daq/forms/calibration_form.h"
 #include "daq/forms/printer_port_form.h"
@@ -38,6 +42,7 @@
 #include "logging/forms/start_log_form.h"
 #include "logging/log_status.h"
 #include "logging/log_writer.h"
+#include "platform/tick_trace.h"
 #include "tags/forms/daq_type_form.h"
 #include "tags/forms/tag_editor_form.h"
 
@@ -54,9 +59,12 @@ QPushButton* runButton(const char* name, const char* caption, QWidget* parent) {
     return b;
 }
 
-QCheckBox* indicator(const char* name, QWidget* parent) {
+// The box beside a run button shows its switch; it has no caption of its own, so a screen
+// reader names it after the button ("Poll I/O switch", checked or not).
+QCheckBox* indicator(const char* name, const char* button, QWidget* parent) {
     auto* c = new IndicatorBox(parent);
     c->setObjectName(name);
+    c->setAccessibleName(QString(button) + " switch");
     c->setAttribute(Qt::WA_TransparentForMouseEvents);
     c->setFocusPolicy(Qt::NoFocus);
     return c;
@@ -144,10 +152,10 @@ MainWindow::MainWindow(Station& st, Prompter* prompter, std::ostream* errors)
     cmdLog_ = runButton("CmdLog", "Log Data", central);
     cmdAlarms_ = runButton("CmdAlarms", "Alarms", central);
     cmdControl_ = runButton("CmdControl", "Control", central);
-    optPoll_ = indicator("OptPoll", central);
-    optLog_ = indicator("OptLog", central);
-    optAlarm_ = indicator("OptAlarm", central);
-    optControl_ = indicator("OptControl", central);
+    optPoll_ = indicator("OptPoll", "Poll I/O", central);
+    optLog_ = indicator("OptLog", "Log Data", central);
+    optAlarm_ = indicator("OptAlarm", "Alarms", central);
+    optControl_ = indicator("OptControl", "Control", central);
     moduleLabel_ = new QLabel(central);
     moduleLabel_->setObjectName("LblModule");
 
@@ -219,6 +227,8 @@ MainWindow::MainWindow(Station& st, Prompter* prompter, std::ostream* errors)
     hiTime2_.setTimerType(Qt::PreciseTimer);
     hiTime2_.setInterval(100);  // the first tick sets the I/O period's interval
     connect(&hiTime2_, &QTimer::timeout, this, &MainWindow::tick);
+    // The windows' refreshes keep clear of this timer's ticks.
+    forms::ScanGap::instance().setScanTimer(&hiTime2_);
 
     resize(440, 300);
     mirror();
@@ -226,6 +236,8 @@ MainWindow::MainWindow(Station& st, Prompter* prompter, std::ostream* errors)
 
 MainWindow::~MainWindow() {
     hiTime2_.stop();
+    if (forms::ScanGap::instance().scanTimer() == &hiTime2_)
+        forms::ScanGap::instance().setScanTimer(nullptr);
     windows_.closeAll();
     st_.platform = savedPlatform_;
 }
@@ -307,6 +319,13 @@ void MainWindow::startScan() {
 }
 
 void MainWindow::tick() {
+    if (tickTrace_) tickTrace_->tickStarted();
+    tickBody();
+    if (tickTrace_) tickTrace_->tickEnded();
+    forms::ScanGap::instance().tickDone();
+}
+
+void MainWindow::tickBody() {
     report_.guardTick([&] { RunTick(st_); });
     mirror();
     const std::string problem = PortProblemToTell(st_, portProblemTold_);
@@ -336,11 +355,24 @@ void MainWindow::mirror() {
     optControl_->setChecked(boxes_.OptControl);
     const QString module = "DAQ Type: " + QString::fromStdString(st_.profile.TypeString);
     if (moduleLabel_->text() != module) moduleLabel_->setText(module);
+    showLoggingStatus();
+}
+
+void MainWindow::showLoggingStatus() {
     const QString logging = QString::fromStdString(LoggingStatusText(st_));
-    if (logPanel_->text() != logging) {
-        logPanel_->setText(logging);
-        logPanel_->setToolTip(QString::fromStdString(LoggingStatusText(st_, true)));
-    }
+    const QString shown = logPanel_->text();
+    if (shown == logging) return;
+    // A count of records moving on every 50 ms scan is shown four times a second: each new
+    // text lays the window's status fields out and paints them again, on the scan's thread.
+    // Anything else that changes (logging on or off, another file, a stop) is shown at once.
+    const double now = st_.platform.clock->now().secondsOfDay();
+    static const QRegularExpression digits("[0-9]+");
+    const auto words = [](QString t) { return t.remove(digits); };
+    const bool onlyTheCount = words(shown) == words(logging);
+    if (onlyTheCount && now >= logShownAt_ && now - logShownAt_ < kLogCountEverySeconds) return;
+    logShownAt_ = now;
+    logPanel_->setText(logging);
+    logPanel_->setToolTip(QString::fromStdString(LoggingStatusText(st_, true)));
     fitStatusFields();
 }
 

@@ -21,7 +21,8 @@ class QPushButton;
 
 namespace kova {
 class Printer;
-}
+class TickTrace;
+}  // namespace kova
 
 namespace kova::app {
 
@@ -62,6 +63,8 @@ class MainWindow : public QMainWindow {
     void startScan();
     // One timeout of the scan timer: the tick, then the switches onto the check boxes.
     void tick();
+    // Each tick's start and duration go to the trace from now on (nullptr: no trace).
+    void setTickTrace(TickTrace* trace) { tickTrace_ = trace; }
 
     // Opens (or brings to the front) the window of a menu item.
     void openWindow(WindowKind kind);
@@ -94,6 +97,8 @@ class MainWindow : public QMainWindow {
     QAction* addWindowItem(QMenu* menu, const char* name, const char* caption, WindowKind kind);
     QWidget* createWindow(WindowKind kind);
     void mirror();
+    void showLoggingStatus();
+    void tickBody();
     void refreshTitle();
     bool mayReplaceConfiguration();
     void fileNew();
@@ -128,6 +133,9 @@ class MainWindow : public QMainWindow {
     QCheckBox* optControl_;
     QLabel* statusPanel_;
     QLabel* logPanel_;
+    TickTrace* tickTrace_ = nullptr;
+    static constexpr double kLogCountEverySeconds = 0.25;
+    double logShownAt_ = -1;  // seconds of the day the logging field last changed
     QLabel* moduleLabel_;
 };
 

@@ -1,6 +1,5 @@
 #include "app/qt_printer.h"
 
-#include <QFont>
 #include <QPainter>
 #include <QPixmap>
 #include <QPrintDialog>
@@ -8,6 +7,7 @@
 #include <QTextDocument>
 
 #include "app/qt_prompter.h"
+#include "core/forms/fixed_pitch_font.h"
 
 namespace kova::app {
 
@@ -29,10 +29,7 @@ bool QtPrinter::printText(const std::string& documentName, const std::string& te
     printer.setDocName(QString::fromStdString(documentName));
     if (!choosePrinter(printer, nullptr)) return false;
     QTextDocument doc;
-    QFont font("Monospace");
-    font.setStyleHint(QFont::TypeWriter);
-    font.setPointSize(10);
-    doc.setDefaultFont(font);
+    doc.setDefaultFont(forms::FixedPitchFont(10));
     doc.setPlainText(QString::fromStdString(text));
     doc.print(&printer);
     return true;

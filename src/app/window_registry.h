@@ -10,7 +10,12 @@
 
 namespace kova::app {
 
-// Centres a window on its screen: ((screen width - width) / 2, (screen height - height) / 2).
+// Shrinks a window that is larger than its screen's free area to fit it (never below the
+// window's minimum size): on a small screen or at a large scale factor every window fits.
+void FitOnScreen(QWidget* window);
+
+// Centres a window on its screen: ((screen width - width) / 2, (screen height - height) / 2),
+// its top left corner kept on the screen.
 void CenterOnScreen(QWidget* window);
 
 class WindowRegistry {

@@ -13,7 +13,14 @@ void SampleTrends(Station& st) {
             const int tag = t.TrendTable(trend, pen);
             // System variables on a pen are accepted by the set-up but sample as 0.
             const float v = tag >= 1 && tag <= kUserTags ? st.tags[tag].Value : 0.0f;
-            t.TrendSamples(t.NewestSample, (trend - 1) * 4 + pen) = v;
+            const int column = (trend - 1) * 4 + pen;
+            t.TrendSamples(t.NewestSample, column) = v;
+            // A pen given another tag starts its history again with this sample.
+            if (t.SampledTag[column] != tag) {
+                t.SampledTag[column] = static_cast<std::int16_t>(tag);
+                t.SamplesTaken[column] = 0;
+            }
+            if (t.SamplesTaken[column] < kTrendRows) ++t.SamplesTaken[column];
         }
     }
 }

@@ -244,6 +244,7 @@ void HistoryView::showBlock(BlockRead& read) {
         overlongTold_ = true;
         if (read.rows > 0) {
             block_ = std::move(read.block);
+            rowsRead_ = read.rows;
             plot();
         }
         tell("Line " + std::to_string(read.overlongRow + 1) + " of " + fileName_ +
@@ -256,6 +257,7 @@ void HistoryView::showBlock(BlockRead& read) {
         return;
     }
     block_ = std::move(read.block);
+    rowsRead_ = read.rows;
     plot();
 }
 
@@ -277,13 +279,21 @@ void HistoryView::exit() {
     file_.reset();
 }
 
+std::span<const float> HistoryView::drawnRows(int pen) const {
+    // A pen with no column has nothing to draw; the padding after the file's last row is not
+    // data either.
+    if (layout_.pens[pen] <= 0) return {};
+    return std::span<const float>(block_.values[pen]).first(static_cast<std::size_t>(rowsRead_));
+}
+
 void HistoryView::plot() {
+    chart_.setXSpan((kHistoryBlockRows - 1) * kHistoryXIncrement);
     if (chart_.curveCount() == 0) {
         for (int p = 0; p < kHistoryPens; ++p)
-            chart_.addCurve(curveName(p), block_.values[p], kHistoryXIncrement);
+            chart_.addCurve(curveName(p), drawnRows(p), kHistoryXIncrement);
     } else {
         for (int p = 0; p < kHistoryPens; ++p)
-            chart_.replaceCurve(p, block_.values[p], kHistoryXIncrement);
+            chart_.replaceCurve(p, drawnRows(p), kHistoryXIncrement);
     }
     for (int p = 0; p < kHistoryPens; ++p)
         chart_.setCurveLegend(p, penLabels_[p].empty() ? curveName(p) : penLabels_[p]);

@@ -6,6 +6,7 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -88,6 +89,9 @@ class HistoryView {
     const HistoryColumns& columns() const { return columns_; }
     const PenColumns& penColumns() const { return layout_.pens; }
     const HistoryBlock& block() const { return block_; }
+    // The rows of the block that came from the file (the rest are padding): the chart draws
+    // only these.
+    int rowsRead() const { return rowsRead_; }
     std::int16_t blockStart() const { return blockStart_; }
     std::int16_t previousBlockStart() const { return previousBlockStart_; }
     bool fileOpen() const { return file_ && file_->isOpen(); }
@@ -113,6 +117,7 @@ class HistoryView {
     void showBlock(BlockRead& read);
     // A message box after a read, over the window as the read left it.
     void tell(const std::string& text);
+    std::span<const float> drawnRows(int pen) const;
     void plot();
     void labelXAxis();
 
@@ -127,6 +132,7 @@ class HistoryView {
     BlockLayout layout_;
     std::array<std::string, kHistoryPens> penLabels_;
     HistoryBlock block_;
+    int rowsRead_ = 0;
     bool plotted_ = false;
     bool timeAxis_ = false;
     std::int16_t blockStart_ = 0;

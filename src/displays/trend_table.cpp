@@ -6,6 +6,8 @@ void ResetTrendSamples(TrendState& t) {
     t.TrendSamples.fill(0.0f);
     t.NewestSample = kTrendRows;
     t.OldestSample = 1;
+    t.SamplesTaken.fill(0);
+    t.SampledTag.fill(0);
 }
 
 std::int16_t StepTrend(std::int16_t trend, int step) {

@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "core/grid.h"
+#include "core/one_based.h"
 
 namespace kova {
 
@@ -14,9 +15,14 @@ struct TrendState {
     std::int16_t NewestSample = kTrendRows;
     std::int16_t OldestSample = 1;
     std::int16_t CurrentTrend = 1;  // shared by the set-up and the view window
+    // Per column: how many of the ring's rows (at most 200) hold samples of the tag the pen
+    // had when they were taken, counted since the reset or since the pen last changed tag;
+    // and that tag. A chart draws only these: the other rows are zeros nobody measured.
+    Table<std::int16_t, 40> SamplesTaken;
+    Table<std::int16_t, 40> SampledTag;
 };
 
-// Every cell 0, the first sample goes to row 1.
+// Every cell 0, the first sample goes to row 1, no sample taken.
 void ResetTrendSamples(TrendState& trends);
 
 // The trend one step on (+1) or back (-1) from `trend`: after 10 comes 1, before 1 comes 10.

@@ -1,5 +1,8 @@
 #include "displays/trend_view.h"
 
+#include <algorithm>
+#include <span>
+
 #include "core/numeric.h"
 #include "logging/log_conditions.h"
 
@@ -37,6 +40,13 @@ int startRow(const Station& st, const ViewTrendForm& form) {
     return static_cast<int>(r);
 }
 
+// The points of a pen that are samples of its tag, counted from point 0 (the newest).
+int drawnPoints(const TrendState& t, const ViewTrendForm& form, int tag, int column) {
+    if (!penHasTag(tag) || t.SampledTag[column] != tag) return 0;
+    const long long skipped = static_cast<long long>(form.N) * (form.TrendPage - 1);
+    return static_cast<int>(std::clamp<long long>(t.SamplesTaken[column] - skipped, 0, form.N));
+}
+
 void fillPoints(const Station& st, ViewTrendForm& form) {
     const int trend = st.trends.CurrentTrend;
     const int first = startRow(st, form);
@@ -45,6 +55,7 @@ void fillPoints(const Station& st, ViewTrendForm& form) {
         const int column = (trend - 1) * 4 + pen;
         std::vector<float>& points = form.Points[pen - 1];
         points.assign(static_cast<std::size_t>(form.N), 0.0f);
+        form.Drawn[pen - 1] = drawnPoints(st.trends, form, tag, column);
         if (!penHasTag(tag)) continue;
         // The oldest sample goes to the last point, the newest to point 0.
         int r = first;
@@ -97,12 +108,18 @@ void DrawTrend(const Station& st, ViewTrendForm& form, ChartPlot& plot) {
     // The set-up window may have moved the shared trend since the last draw.
     showTrend(st, form);
     fillPoints(st, form);
+    // The axis spans all N points, however few of them hold samples yet.
+    plot.setXSpan((form.N - 1) * form.SamplePeriod);
+    auto drawn = [&](int pen) {
+        return std::span<const float>(form.Points[pen - 1])
+            .first(static_cast<std::size_t>(form.Drawn[pen - 1]));
+    };
     if (plot.curveCount() == 0) {
         for (int pen = 1; pen <= 4; ++pen)
-            plot.addCurve("Curve" + std::to_string(pen), form.Points[pen - 1], form.SamplePeriod);
+            plot.addCurve("Curve" + std::to_string(pen), drawn(pen), form.SamplePeriod);
     } else {
         for (int pen = 1; pen <= 4; ++pen)
-            plot.replaceCurve(pen - 1, form.Points[pen - 1], form.SamplePeriod);
+            plot.replaceCurve(pen - 1, drawn(pen), form.SamplePeriod);
     }
     for (int pen = 1; pen <= 4; ++pen) plot.setCurveLegend(pen - 1, form.Lbl1[pen - 1]);
     // After the points, so that an automatic range fits the data just drawn.

@@ -38,6 +38,10 @@ struct ViewTrendForm {
     std::int16_t TrendPage = 1;  // blocks of N samples back from the newest
     // Point 0 is the newest sample, point N - 1 the oldest.
     std::array<std::vector<float>, 4> Points;
+    // How many of each pen's points (from point 0) the chart draws: samples taken of the
+    // pen's tag. A pen with no tag draws none, and neither do rows the ring has not filled
+    // since it was reset or since the pen changed tag.
+    std::array<int, 4> Drawn{};
 };
 
 // The sample period the trends follow (the logging period or the I/O period, as the

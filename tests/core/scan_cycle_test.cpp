@@ -299,6 +299,29 @@ TEST(ScanCycle, TrendRingWrapsAfter200Samples) {
     EXPECT_EQ(r.st.trends.OldestSample, 2);
 }
 
+TEST(ScanCycle, EachPenCountsTheSamplesOfItsTagUpToTheRingsSize) {
+    Rig r;
+    r.st.trends.TrendTable(1, 1) = 1;
+    r.st.trends.TrendTable(1, 2) = 33;
+    for (int i = 0; i < 5; ++i) SampleTrends(r.st);
+    EXPECT_EQ(r.st.trends.SamplesTaken[1], 5);
+    EXPECT_EQ(r.st.trends.SampledTag[1], 1);
+    EXPECT_EQ(r.st.trends.SamplesTaken[2], 5);  // a system variable's zeros are its samples
+    EXPECT_EQ(r.st.trends.SamplesTaken[3], 5);  // counted, though a pen with no tag draws none
+    EXPECT_EQ(r.st.trends.SampledTag[3], 0);
+    for (int i = 0; i < 300; ++i) SampleTrends(r.st);
+    EXPECT_EQ(r.st.trends.SamplesTaken[1], 200);
+    // A pen given another tag starts again with its next sample.
+    r.st.trends.TrendTable(1, 1) = 2;
+    SampleTrends(r.st);
+    EXPECT_EQ(r.st.trends.SamplesTaken[1], 1);
+    EXPECT_EQ(r.st.trends.SampledTag[1], 2);
+    EXPECT_EQ(r.st.trends.SamplesTaken[2], 200);
+    ResetTrendSamples(r.st.trends);
+    EXPECT_EQ(r.st.trends.SamplesTaken[1], 0);
+    EXPECT_EQ(r.st.trends.SamplesTaken[2], 0);
+}
+
 TEST(ScanCycle, TagFifteenNeverTouchesMinMax) {
     Rig r;
     for (int i = 1; i <= 15; ++i) r.analogInput(i, 1 + (i % 8));

@@ -161,13 +161,18 @@ TEST(HistoryView, SelectedItemsBecomePensFromTheTopAndTheFirstBlockIsCharted) {
     ASSERT_EQ(r.chart.curveCount(), 4);
     for (int p = 0; p < 4; ++p) {
         EXPECT_EQ(r.chart.curves[p].name, "Curve" + std::to_string(p + 1));
-        EXPECT_EQ(r.chart.curves[p].y.size(), 200u);
         EXPECT_EQ(r.chart.curves[p].xIncrement, 1.0);
     }
+    EXPECT_EQ(r.chart.curves[0].y.size(), 200u);
+    EXPECT_EQ(r.chart.curves[1].y.size(), 200u);
+    EXPECT_EQ(r.chart.xSpan, 199.0);
     EXPECT_EQ(r.chart.curves[0].y[0], 1.0f);
     EXPECT_EQ(r.chart.curves[0].y[199], 200.0f);
     EXPECT_EQ(r.chart.curves[1].y[199], -200.0f);
-    EXPECT_EQ(r.chart.curves[2].y[5], 0.0f);
+    // The pens without a column hold zeros but draw nothing.
+    EXPECT_EQ(r.view.block().values[2][5], 0.0f);
+    EXPECT_TRUE(r.chart.curves[2].y.empty());
+    EXPECT_TRUE(r.chart.curves[3].y.empty());
     EXPECT_EQ(r.chart.curves[0].legend, "A");
     EXPECT_EQ(r.chart.curves[1].legend, "B");
     EXPECT_TRUE(r.chart.autoY);
@@ -210,9 +215,29 @@ TEST(HistoryView, ANewSelectionClearsThePensAndStartsAtTheFirstBlock) {
     ASSERT_TRUE(r.view.selectItems({2}));
     EXPECT_EQ(r.view.penLabels(), (std::array<std::string, 4>{"B", "", "", ""}));
     EXPECT_EQ(r.chart.curves[0].y[0], -1.0f);  // the file read again from its first row
-    EXPECT_EQ(r.chart.curves[1].y[0], 0.0f);
+    EXPECT_TRUE(r.chart.curves[1].y.empty());  // the pen given up draws nothing
     EXPECT_EQ(r.chart.curves[0].replaced, 2);  // curves are replaced, not added again
     EXPECT_EQ(r.chart.curveCount(), 4);
+}
+
+TEST(HistoryView, AShortFileWithTwoPensDrawsOnlyItsRowsOnThosePens) {
+    Rig r;
+    r.choose(r.write("SHORT.CSV", logFile(60)));
+    ASSERT_TRUE(r.view.selectItems({1, 2}));
+    ASSERT_EQ(r.chart.curves[0].y.size(), 60u);
+    ASSERT_EQ(r.chart.curves[1].y.size(), 60u);
+    EXPECT_EQ(r.chart.curves[0].y[59], 60.0f);
+    EXPECT_EQ(r.chart.curves[1].y[59], -60.0f);
+    // Nothing falls to 0 after the last row, and no flat line stands for pens 3 and 4.
+    EXPECT_TRUE(r.chart.curves[2].y.empty());
+    EXPECT_TRUE(r.chart.curves[3].y.empty());
+    EXPECT_EQ(r.chart.xSpan, 199.0);
+    // The eight labels stay, the first one at X = 0 included.
+    ASSERT_EQ(r.chart.xLabels.size(), 8u);
+    EXPECT_EQ(r.chart.xLabels[0].x, 0.0);
+    EXPECT_EQ(r.chart.xLabels[0].text, "1");
+    EXPECT_EQ(r.chart.xLabels[2].text, "51");
+    EXPECT_EQ(r.chart.xLabels[3].text, "");
 }
 
 TEST(HistoryView, AxisLabelsEveryTwentyFivePointsFromThePeriodTexts) {
@@ -265,9 +290,17 @@ TEST(HistoryView, TwoHundredAndFiftyRowsThenZerosThenNoMorePoints) {
 
     r.view.forward();
     EXPECT_TRUE(r.messages().empty());
+    // The block holds 150 zero points after the file's end; the chart draws the 50 rows the
+    // file has, on an axis as wide as a whole block.
+    const auto& block = r.view.block().values[0];
+    EXPECT_EQ(block[0], 201.0f);
+    EXPECT_EQ(block[49], 250.0f);
+    for (int k = 50; k < 200; ++k) ASSERT_EQ(block[k], 0.0f) << k;
+    EXPECT_EQ(r.view.rowsRead(), 50);
+    ASSERT_EQ(y.size(), 50u);
     EXPECT_EQ(y[0], 201.0f);
     EXPECT_EQ(y[49], 250.0f);
-    for (int k = 50; k < 200; ++k) ASSERT_EQ(y[k], 0.0f) << k;
+    EXPECT_EQ(r.chart.xSpan, 199.0);
 
     const auto before = r.chart.curves;
     const auto labelsBefore = r.labels();
@@ -385,6 +418,7 @@ TEST(HistoryView, APartLineAndMalformedNumbersReadAsZero) {
                      "2,10:00:02.000,15/11/26, ?? , 4e \r\n"
                      "3,10:00:03.0"));
     ASSERT_TRUE(r.view.selectItems({1, 2}));
+    ASSERT_EQ(r.chart.curves[0].y.size(), 3u);
     EXPECT_EQ(r.chart.curves[0].y[0], 1.5f);
     EXPECT_EQ(r.chart.curves[0].y[1], 0.0f);
     EXPECT_EQ(r.chart.curves[1].y[1], 4.0f);
@@ -467,13 +501,15 @@ TEST(HistoryView, AFileWrittenByTheLoggerChartsItsTagsAndTimes) {
     EXPECT_EQ(r.chart.curves[0].y[199], 50.0f);
     EXPECT_EQ(r.chart.curves[1].y[0], 1.0f);
     EXPECT_EQ(r.chart.curves[1].y[1], 0.0f);
+    EXPECT_TRUE(r.chart.curves[2].y.empty());
     EXPECT_EQ(r.chart.xLabels[0].text, "10:15:00.500");
     EXPECT_EQ(r.chart.xLabels[1].text, "10:15:13.000");
     r.view.chooseTimeAxis(false);
     EXPECT_EQ(r.chart.xLabels[1].text, "13.000");
     r.view.forward();
+    ASSERT_EQ(r.chart.curves[0].y.size(), 30u);
     EXPECT_EQ(r.chart.curves[0].y[29], 57.5f);
-    EXPECT_EQ(r.chart.curves[0].y[30], 0.0f);
+    EXPECT_EQ(r.view.block().values[0][30], 0.0f);
 }
 
 namespace {

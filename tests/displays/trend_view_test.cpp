@@ -36,6 +36,7 @@ struct Rig {
         st.tags[33].Value = 45000;  // TS moves, but a pen on it samples 0
         SampleTrends(st);
     }
+    // What the chart draws of a pen.
     const std::vector<float>& curve(int index) const { return plot.curves.at(index).y; }
 };
 
@@ -46,7 +47,7 @@ bool allZero(const std::vector<float>& v) {
 }
 }  // namespace
 
-TEST(ViewTrend, OpeningDrawsFourNamedCurvesOfTwoHundredPoints) {
+TEST(ViewTrend, OpeningDrawsFourNamedCurvesOnAnAxisOfTwoHundredPoints) {
     Rig r;
     r.pens(1, 1, 2, 3, 0);
     r.sample(0);
@@ -54,9 +55,15 @@ TEST(ViewTrend, OpeningDrawsFourNamedCurvesOfTwoHundredPoints) {
     ASSERT_EQ(r.plot.curveCount(), 4);
     for (int i = 0; i < 4; ++i) {
         EXPECT_EQ(r.plot.curves[i].name, "Curve" + std::to_string(i + 1));
-        EXPECT_EQ(r.curve(i).size(), 200u);
+        EXPECT_EQ(f.Points[i].size(), 200u);
         EXPECT_EQ(r.plot.curves[i].replaced, 0);
     }
+    EXPECT_DOUBLE_EQ(*r.plot.xSpan, 199 * f.SamplePeriod);
+    // One sample taken: the three pens with a tag draw it, the pen without draws nothing.
+    EXPECT_EQ(r.curve(0), (std::vector<float>{1}));
+    EXPECT_EQ(r.curve(2), (std::vector<float>{3}));
+    EXPECT_TRUE(r.curve(3).empty());
+    EXPECT_EQ(f.Drawn, (std::array<int, 4>{1, 1, 1, 0}));
     EXPECT_EQ(f.N, 200);
     EXPECT_EQ(f.TrendPage, 1);
     EXPECT_TRUE(f.ChkAuto);
@@ -92,21 +99,26 @@ TEST(ViewTrend, AfterANewSetupEveryPenShowsTwoHundredZerosAndSamplesEnterAtPoint
     r.pens(1, 1, 2, 3, 0);
     ViewTrendForm f = OpenViewTrend(r.st, r.plot);
     for (int i = 0; i < 4; ++i) {
-        EXPECT_EQ(r.curve(i).size(), 200u);
-        EXPECT_TRUE(allZero(r.curve(i))) << "pen " << i + 1;
+        EXPECT_EQ(f.Points[i].size(), 200u);
+        EXPECT_TRUE(allZero(f.Points[i])) << "pen " << i + 1;
+        // Zeros nobody measured are not drawn: the chart stays empty until a sample comes.
+        EXPECT_TRUE(r.curve(i).empty()) << "pen " << i + 1;
     }
 
     r.sample(10);  // tag 1 = 11, tag 2 = 12
     DrawTrend(r.st, f, r.plot);
-    EXPECT_EQ(r.curve(0)[0], 11.0f);
-    EXPECT_EQ(r.curve(1)[0], 12.0f);
-    EXPECT_EQ(r.curve(0)[1], 0.0f);
+    EXPECT_EQ(f.Points[0][0], 11.0f);
+    EXPECT_EQ(f.Points[1][0], 12.0f);
+    EXPECT_EQ(f.Points[0][1], 0.0f);
+    EXPECT_EQ(r.curve(0), (std::vector<float>{11}));
+    EXPECT_EQ(r.curve(1), (std::vector<float>{12}));
 
     r.sample(20);  // the older sample moves one point on
     DrawTrend(r.st, f, r.plot);
-    EXPECT_EQ(r.curve(0)[0], 21.0f);
-    EXPECT_EQ(r.curve(0)[1], 11.0f);
-    EXPECT_EQ(r.curve(0)[2], 0.0f);
+    EXPECT_EQ(f.Points[0][0], 21.0f);
+    EXPECT_EQ(f.Points[0][1], 11.0f);
+    EXPECT_EQ(f.Points[0][2], 0.0f);
+    EXPECT_EQ(r.curve(0), (std::vector<float>{21, 11}));
     EXPECT_EQ(r.plot.curves[0].replaced, 2);
 }
 
@@ -128,12 +140,15 @@ TEST(ViewTrend, APageBackNeverGoesBelowOneAndRedraws) {
     r.pens(1, 1, 0, 0, 0);
     for (int s = 1; s <= 30; ++s) r.sample(static_cast<float>(s * 10));
     ViewTrendForm f = OpenViewTrend(r.st, r.plot);
-    const std::vector<float> pageOne = r.curve(0);
+    const std::vector<float> pageOne = f.Points[0];
+    EXPECT_EQ(r.curve(0).size(), 30u);
     f.TrendPage = 3;
     TrendPageBack(r.st, f, r.plot);
     EXPECT_EQ(f.TrendPage, 2);
-    // The ring holds one page of 200: an older page starts at the same row.
-    EXPECT_EQ(r.curve(0), pageOne);
+    // The ring holds one page of 200: an older page starts at the same row, but none of its
+    // samples is that old, so nothing is drawn.
+    EXPECT_EQ(f.Points[0], pageOne);
+    EXPECT_TRUE(r.curve(0).empty());
     TrendPageBack(r.st, f, r.plot);
     TrendPageBack(r.st, f, r.plot);
     EXPECT_EQ(f.TrendPage, 1);
@@ -158,22 +173,51 @@ TEST(ViewTrend, APenOnTSPlotsAFlatZero) {
     r.pens(1, 33, 1, 0, 0);
     for (int s = 1; s <= 5; ++s) r.sample(static_cast<float>(s));
     const ViewTrendForm f = OpenViewTrend(r.st, r.plot);
-    EXPECT_TRUE(allZero(r.curve(0)));
+    EXPECT_EQ(r.curve(0), std::vector<float>(5, 0.0f));
     EXPECT_FALSE(allZero(r.curve(1)));
     EXPECT_EQ(f.Lbl1[0], "Time In Secs");
 }
 
-TEST(ViewTrend, APenOutsideTheTagTableIsDrawnAsZerosWithABlankLabel) {
+TEST(ViewTrend, APenOutsideTheTagTableHoldsZerosDrawsNothingAndHasABlankLabel) {
     Rig r;
     r.pens(1, 1, 0, 0, 0);
     for (int s = 1; s <= 5; ++s) r.sample(static_cast<float>(s));
     r.pens(1, 43, -2, 1, 0);  // a damaged table: the samples of those columns are not zero
     const ViewTrendForm f = OpenViewTrend(r.st, r.plot);
-    EXPECT_TRUE(allZero(r.curve(0)));
-    EXPECT_TRUE(allZero(r.curve(1)));
+    EXPECT_TRUE(allZero(f.Points[0]));
+    EXPECT_TRUE(allZero(f.Points[1]));
+    EXPECT_TRUE(r.curve(0).empty());
+    EXPECT_TRUE(r.curve(1).empty());
     EXPECT_EQ(f.Lbl1[0], " ");
     EXPECT_EQ(f.Lbl1[1], " ");
     EXPECT_EQ(f.Lbl1[2], "Tank Level");
+}
+
+TEST(ViewTrend, APenGivenAnotherTagDrawsOnlyTheSamplesOfItsNewTag) {
+    Rig r;
+    r.pens(1, 1, 0, 0, 0);
+    for (int s = 1; s <= 10; ++s) r.sample(static_cast<float>(s * 10));
+    ViewTrendForm f = OpenViewTrend(r.st, r.plot);
+    EXPECT_EQ(r.curve(0).size(), 10u);
+    // The set-up window moves pen 1 to tag 2: the ten samples of tag 1 are not tag 2's past.
+    r.pens(1, 2, 0, 0, 0);
+    DrawTrend(r.st, f, r.plot);
+    EXPECT_TRUE(r.curve(0).empty());
+    EXPECT_EQ(f.Lbl1[0], "Oven Temperature");
+    r.sample(500);  // tag 2 = 502
+    DrawTrend(r.st, f, r.plot);
+    EXPECT_EQ(r.curve(0), (std::vector<float>{502}));
+}
+
+TEST(ViewTrend, AFullRingDrawsAllTwoHundredPoints) {
+    Rig r;
+    r.pens(2, 0, 3, 0, 0);
+    for (int s = 1; s <= 450; ++s) r.sample(static_cast<float>(s));
+    ViewTrendForm f = OpenViewTrend(r.st, r.plot);
+    ViewTrendNext(r.st, f, r.plot);
+    EXPECT_TRUE(r.curve(0).empty());
+    ASSERT_EQ(r.curve(1).size(), 200u);
+    EXPECT_EQ(r.curve(1), f.Points[1]);
 }
 
 TEST(ViewTrend, AnIOPeriodOf500MillisecondsGivesItsLabelAndHalfASecondApart) {

@@ -36,6 +36,7 @@ class FakeChartPlot final : public ChartPlot {
     void setCurveLegend(int index, const std::string& text) override {
         if (index >= 0 && index < curveCount()) curves[index].legend = text;
     }
+    void setXSpan(double last) override { xSpan = last; }
     void autoScaleY() override {
         autoY = true;
         ++autoScaleCalls;
@@ -51,6 +52,7 @@ class FakeChartPlot final : public ChartPlot {
     void addXLabel(double x, const std::string& text) override { xLabels.push_back({x, text}); }
 
     std::vector<Curve> curves;
+    std::optional<double> xSpan;
     bool autoY = false;
     int autoScaleCalls = 0;
     std::optional<std::pair<double, double>> yLimits;

@@ -99,6 +99,51 @@ TEST(ChartView, ABlankLegendTextHidesTheCurvesLegendEntryButNotTheCurve) {
     EXPECT_TRUE(marker(1)->isVisible());
 }
 
+TEST(ChartView, ACurveWithNoPointsDrawsNothingAndStaysOutOfTheLegendUntilItHasPoints) {
+    ChartView v;
+    v.addCurve("Curve1", std::vector<float>{1, 2}, 1);
+    v.addCurve("Curve2", std::vector<float>{}, 1);
+    v.setCurveLegend(1, "Pump");
+    v.show();
+    auto marker = [&](int i) { return v.chart()->legend()->markers(v.series(i)).value(0); };
+    QCoreApplication::processEvents();
+    EXPECT_EQ(v.series(1)->count(), 0);
+    EXPECT_TRUE(marker(0)->isVisible());
+    EXPECT_FALSE(marker(1)->isVisible());
+    v.replaceCurve(1, std::vector<float>{5}, 1);
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(marker(1)->isVisible());
+    v.replaceCurve(1, std::vector<float>{}, 1);
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(marker(1)->isVisible());
+    // Autoscale fits the points there are; the empty curve adds no 0.
+    v.replaceCurve(0, std::vector<float>{50, 60}, 1);
+    v.autoScaleY();
+    EXPECT_GT(v.yAxis()->min(), 0);
+}
+
+TEST(ChartView, TheXSpanKeepsTheAxisWideWhateverTheCurvesHold) {
+    ChartView v;
+    v.addCurve("Curve1", std::vector<float>{1, 2, 3}, 0.5);
+    EXPECT_DOUBLE_EQ(v.xAxis()->max(), 1.0);  // without a span the axis follows the curve
+    v.setXSpan(99.5);
+    EXPECT_DOUBLE_EQ(v.xAxis()->max(), 99.5);
+    v.replaceCurve(0, std::vector<float>{4}, 0.5);
+    EXPECT_DOUBLE_EQ(v.xAxis()->max(), 99.5);
+    EXPECT_DOUBLE_EQ(v.xLabelAxis()->max(), 99.5);
+}
+
+TEST(ChartView, AnXLabelLongerThanAnyTimeIsCutShort) {
+    ChartView v;
+    v.addCurve("Curve1", std::vector<float>(200, 1.0f), 1);
+    v.addXLabel(0, "10:15:00.500");
+    v.addXLabel(25, std::string(5000, 'x'));
+    const QStringList labels = v.xLabelAxis()->categoriesLabels();
+    ASSERT_EQ(labels.size(), 2);
+    EXPECT_EQ(labels[0], "10:15:00.500");
+    EXPECT_EQ(QString(labels[1]).remove(QChar(0x200B)), QString(39, 'x') + QChar(0x2026));
+}
+
 TEST(ChartView, LimitsTheWrongWayRoundTurnTheAxisUpsideDown) {
     ChartView v;
     v.addCurve("Curve1", std::vector<float>{1, 7}, 1);

@@ -44,6 +44,25 @@ TEST(CommandLine, UnknownOptionsAndASecondFolderAreRefused) {
     EXPECT_EQ(two.error, "one working folder only, not also b");
 }
 
+TEST(CommandLine, TickTraceTakesTheNextArgumentOrTheTextAfterTheEqualsSign) {
+    const CommandLine next = ReadCommandLine({"--tick-trace", "ticks.txt", "/srv/plant"});
+    EXPECT_EQ(next.action, Action::Run);
+    EXPECT_EQ(next.tickTrace, "ticks.txt");
+    EXPECT_EQ(next.folder, std::filesystem::path("/srv/plant"));
+    EXPECT_EQ(ReadCommandLine({"--tick-trace=/tmp/a b.txt"}).tickTrace, "/tmp/a b.txt");
+    EXPECT_FALSE(ReadCommandLine({}).tickTrace);
+    EXPECT_NE(CommandLineHelp().find("--tick-trace FILE"), std::string::npos);
+}
+
+TEST(CommandLine, ATickTraceWithoutAFileNameIsRefused) {
+    for (const auto& args : {std::vector<std::string>{"--tick-trace"},
+                             std::vector<std::string>{"--tick-trace="}}) {
+        const CommandLine line = ReadCommandLine(args);
+        EXPECT_EQ(line.action, Action::Error);
+        EXPECT_EQ(line.error, "--tick-trace needs the name of the file to write the trace to");
+    }
+}
+
 TEST(CommandLine, VersionAndHelpNameTheProjectVersion) {
     EXPECT_EQ(VersionLine(), std::string("kova ") + kVersion);
     EXPECT_NE(CommandLineHelp().find(std::string("KOVA ") + kVersion), std::string::npos);

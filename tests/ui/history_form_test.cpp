@@ -7,6 +7,8 @@
 #include <QCategoryAxis>
 #include <QChart>
 #include <QElapsedTimer>
+#include <QGraphicsScene>
+#include <QGraphicsTextItem>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLegend>
@@ -267,6 +269,40 @@ TEST(HistoryWindow, SelectingColumnsFromTheKeyboardChartsThemOnPens) {
     EXPECT_FALSE(legend->markers(r.curve(3)).at(0)->isVisible());
 }
 
+TEST(HistoryWindow, EveryXLabelIsDrawnWholeAtTheWindowsSmallestSize) {
+    Rig r;
+    r.choose(r.path("PLANT.CSV", logFile(300)));
+    r.toggle(1);
+    r.w->resize(r.w->minimumSizeHint());
+    for (const char* axis : {"OptTime", "OptPeriod"}) {
+        r.opt(axis)->click();
+        QApplication::processEvents();
+        const QStringList expected = r.axisLabels();
+        ASSERT_EQ(expected.size(), 8) << axis;
+        // The labels as the chart draws them: visible, not cut short, inside the chart and
+        // clear of each other.
+        std::vector<QRectF> drawn;
+        const QRectF inside = r.w->chart()->chart()->geometry();
+        for (const QString& text : expected) {
+            const QGraphicsTextItem* found = nullptr;
+            for (QGraphicsItem* item : r.w->chart()->scene()->items()) {
+                auto* t = dynamic_cast<QGraphicsTextItem*>(item);
+                if (t && t->isVisible() && t->toPlainText().remove(QChar(0x200B)) == text)
+                    found = t;
+            }
+            ASSERT_NE(found, nullptr) << axis << " label " << text.toStdString() << " not drawn";
+            const QRectF box = found->sceneBoundingRect();
+            EXPECT_TRUE(inside.contains(box)) << axis << " " << text.toStdString();
+            for (const QRectF& other : drawn)
+                EXPECT_FALSE(box.intersects(other)) << axis << " " << text.toStdString();
+            drawn.push_back(box);
+        }
+    }
+    // The first label stands at X = 0, the left end of the axis.
+    QCategoryAxis* axis = r.w->chart()->xLabelAxis();
+    EXPECT_EQ(axis->endValue(axis->categoriesLabels()[0]), 0);
+}
+
 TEST(HistoryWindow, AFifthColumnIsNotSelected) {
     Rig r;
     r.choose(r.path("PLANT.CSV", logFile(20)));
@@ -290,7 +326,7 @@ TEST(HistoryWindow, ForwardStepsThroughTheFileUntilNoMorePoints) {
     r.click("CmdUp");
     EXPECT_EQ(r.curve(0)->at(0).y(), 201);
     EXPECT_EQ(r.curve(0)->at(49).y(), 250);
-    EXPECT_EQ(r.curve(0)->at(50).y(), 0);
+    EXPECT_EQ(r.curve(0)->count(), 50);  // the chart does not fall to 0 after the last row
     ASSERT_EQ(r.axisLabels().size(), 8);
     EXPECT_EQ(r.axisLabels()[1], "226.000");
     EXPECT_EQ(r.axisLabels()[2], "");  // row 251 is beyond the file

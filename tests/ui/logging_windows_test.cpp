@@ -290,3 +290,35 @@ TEST(LoggingWindows, AConfigurationSetInTheWindowsSavedAndLoadedLogsWhatItSays) 
 }
 
 }  // namespace kova::app
+
+namespace kova::app {
+
+TEST(LoggingWindows, ACountMovingEveryScanIsShownFourTimesASecondAndOtherChangesAtOnce) {
+    test::TempFolder folder;
+    Rig r(folder);
+    r.tag(1, "TANK", "Tank");
+    r.st.periods = {50, kUnitMs, 50, kUnitMs, 0};
+    r.st.logging.LogFileName = (folder / "FAST.CSV").string();
+    test::child<QPushButton>(r.w.get(), "CmdLog")->click();
+    EXPECT_EQ(r.logField(), "Logging: 0 records to FAST.CSV");
+    auto tick50 = [&] {
+        r.clock.advance(50);
+        r.w->tick();
+    };
+    tick50();
+    EXPECT_EQ(r.logField(), "Logging: 1 record to FAST.CSV");  // other words: at once
+    tick50();
+    EXPECT_EQ(r.logField(), "Logging: 2 records to FAST.CSV");  // "records": at once
+    tick50();
+    tick50();
+    EXPECT_EQ(r.logField(), "Logging: 2 records to FAST.CSV");  // only the count, 100 ms on
+    tick50();
+    tick50();
+    tick50();
+    EXPECT_EQ(r.logField(), "Logging: 7 records to FAST.CSV");  // 250 ms on
+    tick50();
+    test::child<QPushButton>(r.w.get(), "CmdLog")->click();  // logging off: at once
+    EXPECT_EQ(r.logField(), "Logging off");
+}
+
+}  // namespace kova::app

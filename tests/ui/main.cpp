@@ -4,6 +4,8 @@
 
 #include <QApplication>
 
+#include "core/forms/combo_box_accessible.h"
+
 namespace {
 QtMessageHandler gDefaultHandler = nullptr;
 
@@ -19,6 +21,7 @@ int main(int argc, char** argv) {
     gDefaultHandler = qInstallMessageHandler(quietHandler);
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
+    kova::forms::InstallComboBoxAccessible();  // as the program's application object does
     ::testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
 }

@@ -26,6 +26,7 @@
 #include "logging/log_writer.h"
 #include "platform/simulated_bus.h"
 #include "platform/steady_clock.h"
+#include "platform/tick_trace.h"
 #include "support/test_support.h"
 #include "tags/tag_table.h"
 #include "ui/ui_support.h"
@@ -290,7 +291,7 @@ TEST(MainWindow, ALogFileDeletedWhileLoggingIsToldOnceInTheStatusBar) {
     EXPECT_EQ(r.w->statusText().toStdString(), told);
     EXPECT_NE(r.errors.str().find(told), std::string::npos);
     EXPECT_TRUE(r.prompt.messages.empty());  // no box in the way of the scan
-    r.w->statusBar()->findChild<QLabel*>("StatusBar1")->clear();
+    r.w->findChild<QLabel*>("StatusBar1")->clear();
     r.w->tick();
     EXPECT_EQ(r.w->statusText(), "");  // told once
     EXPECT_EQ(test::ReadFileBytes(r.folder / "PLANT.CSV").rfind("LOG PERIOD,Tank\r\n", 0), 0u);
@@ -850,6 +851,29 @@ TEST(MainWindow, ReadingsThatMoveAreNoChangeToSave) {
     EXPECT_NE(r.st.tags[1].Value, before);
     r.action("FileExit")->trigger();
     EXPECT_TRUE(r.prompt.saveQuestions.empty());
+}
+
+}  // namespace kova::app
+
+namespace kova::app {
+
+TEST(MainWindow, EachTickGoesToTheTickTraceWhenOneIsGiven) {
+    Rig r;
+    r.w->startUp();
+    TickTrace trace;
+    const auto path = r.folder / "ticks.txt";
+    ASSERT_EQ(trace.open(path.string()), "");
+    r.w->tick();  // not traced yet
+    r.w->setTickTrace(&trace);
+    r.w->tick();
+    r.w->tick();
+    r.w->setTickTrace(nullptr);
+    r.w->tick();
+    const std::string text = test::ReadFileBytes(path);
+    int lines = 0;
+    for (char c : text) lines += c == '\n';
+    EXPECT_EQ(lines, 3);  // the heading and two ticks
+    EXPECT_EQ(text.rfind(TickTrace::heading(), 0), 0u);
 }
 
 }  // namespace kova::app

@@ -1,6 +1,5 @@
 #include "alarms/forms/alarm_list_form.h"
 
-#include <QFontDatabase>
 #include <QFontMetrics>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -9,7 +8,9 @@
 #include <QScrollBar>
 #include <QVBoxLayout>
 
+#include "core/forms/fixed_pitch_font.h"
 #include "core/forms/form_widgets.h"
+#include "core/forms/scan_gap.h"
 
 namespace kova {
 
@@ -33,7 +34,7 @@ AlarmListWindow::AlarmListWindow(Station& st, ErrorReport& report, Printer& prin
     txtAlarms_->setReadOnly(true);
     txtAlarms_->setLineWrapMode(QPlainTextEdit::NoWrap);
     // Every line starts with a five-letter word, so the columns line up in a fixed pitch.
-    txtAlarms_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    txtAlarms_->setFont(forms::FixedPitchFont());
     txtAlarms_->setTabChangesFocus(true);
     txtAlarms_->setTextInteractionFlags(Qt::TextSelectableByKeyboard | Qt::TextSelectableByMouse);
     lblView_ = new QLabel(this);
@@ -88,7 +89,8 @@ AlarmListWindow::AlarmListWindow(Station& st, ErrorReport& report, Printer& prin
 
     timer_.setObjectName("TmrRefresh");
     timer_.setInterval(kRefreshMs);
-    connect(&timer_, &QTimer::timeout, this, &AlarmListWindow::refresh);
+    connect(&timer_, &QTimer::timeout, this,
+            [this] { forms::ScanGap::instance().run(this, [this] { refresh(); }); });
     timer_.start();
 }
 

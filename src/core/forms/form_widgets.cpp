@@ -1,3 +1,4 @@
+#include "core/forms/form_widgets.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -5,11 +6,49 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QSignalBlocker>
 
-#include "core/forms/form_widgets.h"
+#include "core/forms/combo_box_accessible.h"
 
 namespace kova::forms {
+
+namespace {
+
+class ContentScrollArea final : public QScrollArea {
+  public:
+    explicit ContentScrollArea(QWidget* parent) : QScrollArea(parent) {}
+    // The content's own size (a plain scroll area caps its wish at a few dozen lines).
+    QSize sizeHint() const override {
+        QSize s = widget() ? widget()->sizeHint() : QSize(0, 0);
+        const int f = 2 * frameWidth();
+        return s + QSize(f, f);
+    }
+    QSize minimumSizeHint() const override {
+        const int line = fontMetrics().height();
+        const int bars = verticalScrollBar()->sizeHint().width();
+        return {8 * line + bars, 4 * line + bars};
+    }
+};
+
+}  // namespace
+
+QScrollArea* scrollingPart(QWidget* content, QWidget* parent) {
+    auto* area = new ContentScrollArea(parent);
+    area->setObjectName("ScrollingPart");
+    area->setFrameShape(QFrame::NoFrame);
+    area->setWidgetResizable(true);
+    area->setWidget(content);
+    // Tab goes through the boxes in it, not through the area itself.
+    area->setFocusPolicy(Qt::NoFocus);
+    // Tab order may jump into the part from outside it: what takes the focus is shown.
+    QObject::connect(qApp, &QApplication::focusChanged, area, [area](QWidget*, QWidget* now) {
+        if (now && area->widget() && area->widget()->isAncestorOf(now))
+            area->ensureWidgetVisible(now);
+    });
+    return area;
+}
 
 QPushButton* button(const char* name, const char* caption, QWidget* parent) {
     auto* b = new QPushButton(caption, parent);
@@ -17,10 +56,17 @@ QPushButton* button(const char* name, const char* caption, QWidget* parent) {
     return b;
 }
 
+void nameBox(QWidget* box, const QString& name) {
+    InstallComboBoxAccessible();
+    box->setAccessibleName(name);
+    if (auto* combo = qobject_cast<QComboBox*>(box); combo && combo->lineEdit())
+        combo->lineEdit()->setAccessibleName(name);
+}
+
 QLabel* caption(const char* text, QWidget* buddy, QWidget* parent) {
     auto* l = new QLabel(text, parent);
     l->setBuddy(buddy);
-    buddy->setAccessibleName(QString(text).remove('&'));
+    nameBox(buddy, QString(text).remove('&'));
     return l;
 }
 

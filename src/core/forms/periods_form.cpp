@@ -29,6 +29,8 @@ QLineEdit* numberBox(const char* name, QWidget* parent) {
 QGroupBox* periodFrame(const char* caption, QLineEdit* box, QRadioButton* ms, QRadioButton* secs,
                        QWidget* parent) {
     auto* frame = new QGroupBox(caption, parent);
+    // The number box is named by its frame's caption, given to it, not left to be guessed.
+    box->setAccessibleName(caption);
     auto* units = new QVBoxLayout;
     units->addWidget(ms);
     units->addWidget(secs);

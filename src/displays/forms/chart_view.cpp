@@ -44,6 +44,9 @@ void setRoundRange(QValueAxis* axis, double low, double high, int parts) {
 }
 
 constexpr int kXParts = 8;
+// No time or period text comes near this; a longer field (a file that is not a log) is cut
+// so that one label cannot cover the chart.
+constexpr int kLongestXLabel = 40;
 constexpr int kYParts = 6;
 
 }  // namespace
@@ -51,11 +54,19 @@ constexpr int kYParts = 6;
 ChartView::ChartView(QWidget* parent) : QChartView(parent) {
     setObjectName("DynaPlot1");
     setAccessibleName("Chart");
-    setRenderHint(QPainter::Antialiasing);
+    // A redraw repaints the plot on the one thread the scan runs on, so it is kept cheap: lines
+    // one pixel wide without antialiasing take the painter's fast path (smoothing every grid line
+    // and curve made it cost about twice as much), and the changed area is repainted as one
+    // rectangle rather than as many small ones each clipped on its own.
+    setRenderHint(QPainter::Antialiasing, false);
+    setViewportUpdateMode(QGraphicsView::BoundingRectViewportUpdate);
     setMinimumSize(320, 200);
     auto* c = new QChart;
     c->legend()->setAlignment(Qt::AlignBottom);
     c->setMargins(QMargins(4, 4, 4, 4));
+    // Square corners fill as one rectangle: a rounded background costs a path fill on every
+    // redraw.
+    c->setBackgroundRoundness(0);
     xAxis_ = new QValueAxis(c);
     yAxis_ = new QValueAxis(c);
     xLabels_ = new QCategoryAxis(c);
@@ -98,13 +109,15 @@ void ChartView::addCurve(const std::string& name, std::span<const float> y, doub
     auto* s = new QLineSeries(chart());
     s->setName(QString::fromStdString(name));
     QPen pen(curveColour(curveCount()));
-    pen.setWidthF(1.5);
+    pen.setWidthF(1);  // wider lines go through the path stroker: several times the cost
     s->setPen(pen);
     setPoints(s, y, xIncrement);
     chart()->addSeries(s);
     s->attachAxis(xAxis_);
     s->attachAxis(yAxis_);
     curves_.push_back(s);
+    inLegend_.push_back(-1);
+    showInLegend(curveCount() - 1);
     fitX();
 }
 
@@ -112,23 +125,40 @@ void ChartView::replaceCurve(int index, std::span<const float> y, double xIncrem
     QLineSeries* s = series(index);
     if (!s) return;
     setPoints(s, y, xIncrement);
+    showInLegend(index);
     fitX();
 }
 
 void ChartView::setCurveLegend(int index, const std::string& text) {
     QLineSeries* s = series(index);
     if (!s) return;
-    const QString name = QString::fromStdString(text);
-    s->setName(name);
-    // A pen with no tag keeps its curve but no empty entry in the legend.
-    const bool blank = name.trimmed().isEmpty();
-    for (QLegendMarker* m : chart()->legend()->markers(s)) m->setVisible(!blank);
+    s->setName(QString::fromStdString(text));
+    showInLegend(index);
+}
+
+// The legend names only what is drawn: a pen with no tag or column, or no points yet, has
+// no entry (an empty one would name a line that is not there).
+void ChartView::showInLegend(int index) {
+    QLineSeries* s = curves_[static_cast<std::size_t>(index)];
+    const bool shown = s->count() > 0 && !s->name().trimmed().isEmpty();
+    // Only a change touches the legend (a marker reads as hidden until the window shows, so
+    // the record is kept here); each touch lays the chart out again.
+    auto& known = inLegend_[static_cast<std::size_t>(index)];
+    if (known == (shown ? 1 : 0)) return;
+    known = shown ? 1 : 0;
+    for (QLegendMarker* m : chart()->legend()->markers(s)) m->setVisible(shown);
+}
+
+void ChartView::setXSpan(double last) {
+    xSpan_ = std::isfinite(last) && last > 0 ? last : 0;
+    fitX();
 }
 
 void ChartView::fitX() {
-    double last = 0;
-    for (QLineSeries* s : curves_)
-        if (s->count() > 0) last = std::max(last, s->at(s->count() - 1).x());
+    double last = xSpan_;
+    if (last <= 0)
+        for (QLineSeries* s : curves_)
+            if (s->count() > 0) last = std::max(last, s->at(s->count() - 1).x());
     if (last <= 0) last = 1;
     setRoundRange(xAxis_, 0, last, kXParts);
     xLabels_->setRange(0, last);
@@ -194,6 +224,7 @@ void ChartView::rebuildXLabels() {
     for (const Label& l : sorted) {
         if (!(l.x > lastX)) continue;
         QString text = l.text.isEmpty() ? QStringLiteral(" ") : l.text;
+        if (text.size() > kLongestXLabel) text = text.left(kLongestXLabel - 1) + QChar(0x2026);
         text += QString(n++, QChar(0x200B));
         xLabels_->append(text, l.x);
         lastX = l.x;

@@ -22,6 +22,7 @@ class ChartView final : public QChartView, public ChartPlot {
     void addCurve(const std::string& name, std::span<const float> y, double xIncrement) override;
     void replaceCurve(int index, std::span<const float> y, double xIncrement) override;
     void setCurveLegend(int index, const std::string& text) override;
+    void setXSpan(double last) override;
     void autoScaleY() override;
     void setYLimits(double minimum, double maximum) override;
     int xLabelCount() const override;
@@ -43,14 +44,17 @@ class ChartView final : public QChartView, public ChartPlot {
         QString text;
     };
     void setPoints(QLineSeries* s, std::span<const float> y, double xIncrement);
+    void showInLegend(int index);
     void fitX();
     void rebuildXLabels();
 
     std::vector<QLineSeries*> curves_;
+    std::vector<signed char> inLegend_;  // per curve: 1 in the legend, 0 not, -1 not yet set
     QValueAxis* xAxis_;
     QValueAxis* yAxis_;
     QCategoryAxis* xLabels_;
     std::vector<Label> labels_;
+    double xSpan_ = 0;  // 0: the X axis follows the longest curve
 };
 
 }  // namespace kova

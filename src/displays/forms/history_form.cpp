@@ -77,9 +77,11 @@ HistoryWindow::HistoryWindow(Station& st, ErrorReport& report, PrintWindow print
 
     chart_ = new ChartView(this);
     chart_->setFocusPolicy(Qt::NoFocus);
-    chart_->setMinimumSize(420, 300);
-    // Times of day are long: slanted and never cut short, every label is read in full.
-    chart_->xLabelAxis()->setLabelsAngle(-30);
+    // Readable, and small enough for a laptop's screen at a scale factor of 2.
+    chart_->setMinimumSize(400, 240);
+    // Times of day are long: upright and never cut short, every label is read in full, the
+    // first one at X = 0 included (a slanted label there would reach past the chart's edge).
+    chart_->xLabelAxis()->setLabelsAngle(-90);
     chart_->xLabelAxis()->setTruncateLabels(false);
     work_ = std::make_unique<forms::ThreadWork>(
         this, [this](const std::function<void()>& done) { guard_(done); });
@@ -193,14 +195,11 @@ void HistoryWindow::showPens() {
         const QString text = q(model_->penLabels()[p]);
         penLabels_[p]->setText(text);
         penLabels_[p]->setToolTip(text);
-        // The label takes its curve's colour, so each name is matched to its line; an unused
-        // pen keeps its flat line but stays out of the legend.
+        // The label takes its curve's colour, so each name is matched to its line.
         if (QLineSeries* s = chart_->series(p)) {
             QPalette pal = penLabels_[p]->palette();
             pal.setColor(QPalette::WindowText, s->pen().color());
             penLabels_[p]->setPalette(pal);
-            for (QLegendMarker* m : chart_->chart()->legend()->markers(s))
-                m->setVisible(!text.isEmpty());
         }
     }
 }

@@ -7,6 +7,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "core/forms/scan_gap.h"
 #include "displays/min_max_view.h"
 
 namespace kova {
@@ -74,7 +75,8 @@ MinMaxWindow::MinMaxWindow(Station& st, ErrorReport& report, QWidget* parent)
     refresh();
     timer1_.setObjectName("Timer1");
     timer1_.setInterval(kMinMaxRefreshMs);
-    connect(&timer1_, &QTimer::timeout, this, &MinMaxWindow::refresh);
+    connect(&timer1_, &QTimer::timeout, this,
+            [this] { forms::ScanGap::instance().run(this, [this] { refresh(); }); });
     timer1_.start();
     cmdReset_->setFocus();
     // The labels follow the tag table at once, not a second later.
@@ -98,10 +100,14 @@ void MinMaxWindow::refresh() {
         put(row.reading, r.Reading);
         put(row.maximum, r.Maximum);
         put(row.minimum, r.Minimum);
-        // A screen reader names each number by its row and column.
-        row.reading->setAccessibleName(label + " Reading");
-        row.maximum->setAccessibleName(label + " Maximum");
-        row.minimum->setAccessibleName(label + " Minimum");
+        // A screen reader names each number by its row and column; a name set again unchanged
+        // would still send a screen reader a change notice every second.
+        const auto name = [](QLabel* l, const QString& n) {
+            if (l->accessibleName() != n) l->setAccessibleName(n);
+        };
+        name(row.reading, label + " Reading");
+        name(row.maximum, label + " Maximum");
+        name(row.minimum, label + " Minimum");
     }
 }
 

@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -42,7 +43,7 @@ QComboBox* tagCombo(const QString& name, const QString& accessible, QWidget* par
     c->setCompleter(nullptr);
     c->setMaxVisibleItems(16);
     c->setMinimumWidth(120);
-    c->setAccessibleName(accessible);
+    forms::nameBox(c, accessible);
     return c;
 }
 
@@ -135,10 +136,14 @@ ReadingsSetupWindow::ReadingsSetupWindow(Station& st, ErrorReport& report, QWidg
     buttons->addWidget(cmdNext_);
     buttons->addWidget(comExit_);
 
+    // The rows scroll on a screen too small for them; the buttons stay in reach.
+    auto* rows = new QWidget(this);
+    grid->setContentsMargins(0, 0, 0, 0);
+    rows->setLayout(grid);
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(top);
     layout->addSpacing(6);
-    layout->addLayout(grid);
+    layout->addWidget(forms::scrollingPart(rows, this), 1);
     layout->addSpacing(6);
     layout->addLayout(buttons);
 

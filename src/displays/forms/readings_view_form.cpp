@@ -12,6 +12,7 @@
 #include <QVBoxLayout>
 
 #include "core/forms/form_widgets.h"
+#include "core/forms/scan_gap.h"
 
 namespace kova {
 
@@ -144,7 +145,8 @@ ReadingsViewWindow::ReadingsViewWindow(Station& st, ErrorReport& report, QWidget
 
     readTimer_.setObjectName("ReadTimer");
     readTimer_.setInterval(kReadTimerMs);
-    connect(&readTimer_, &QTimer::timeout, this, &ReadingsViewWindow::readTimerTick);
+    connect(&readTimer_, &QTimer::timeout, this,
+            [this] { forms::ScanGap::instance().run(this, [this] { readTimerTick(); }); });
     readTimer_.start();
     changes_ = st_.changes.subscribe([this](TableChange change) {
         guard_([&] { ReadingsViewTablesChanged(st_, form_, change); });

@@ -26,8 +26,7 @@ QComboBox* penBox(int pen, QWidget* parent) {
     c->setMaxVisibleItems(16);
     c->setMinimumContentsLength(12);
     // The box and the line typed into both carry the heading, for readers and automation.
-    c->setAccessibleName(kSetTrendPenHeadings[pen - 1]);
-    c->lineEdit()->setAccessibleName(kSetTrendPenHeadings[pen - 1]);
+    forms::nameBox(c, kSetTrendPenHeadings[pen - 1]);
     return c;
 }
 }  // namespace

@@ -9,6 +9,7 @@
 #include <QVBoxLayout>
 
 #include "core/forms/form_widgets.h"
+#include "core/forms/scan_gap.h"
 #include "displays/forms/chart_view.h"
 
 namespace kova {
@@ -45,8 +46,9 @@ ViewTrendWindow::ViewTrendWindow(Station& st, ErrorReport& report, QWidget* pare
 
     chart_ = new ChartView(this);
     chart_->setAccessibleName("Trend Chart");
-    // The smallest window still shows the curves, their scale and the legend readably.
-    chart_->setMinimumSize(440, 280);
+    // The smallest window still shows the curves, their scale and the legend readably, and
+    // fits a laptop's screen at a scale factor of 2 (683 x 384 points).
+    chart_->setMinimumSize(400, 220);
     for (int i = 0; i < 4; ++i) {
         auto* l = new QLabel(this);
         l->setObjectName(QString("Lbl1%1").arg(i));
@@ -156,7 +158,8 @@ ViewTrendWindow::ViewTrendWindow(Station& st, ErrorReport& report, QWidget* pare
 
     timer1_.setObjectName("Timer1");
     timer1_.setInterval(kViewTrendRefreshMs);
-    connect(&timer1_, &QTimer::timeout, this, &ViewTrendWindow::tick);
+    connect(&timer1_, &QTimer::timeout, this,
+            [this] { forms::ScanGap::instance().run(this, [this] { tick(); }); });
     timer1_.start();
     // The pen labels follow the tag table at once.
     changes_ = st_.changes.subscribe([this](TableChange change) {

@@ -38,7 +38,12 @@ bool PlainStatus(const MqttOptions& o) {
 
 // The first connect carries the session's expiry (MQTT 5 ends a session at once without
 // it); the library sends the same properties again on every reconnect.
-int connectFirst(mosquitto* c, const MqttOptions& o) {
+int connectFirst(mosquitto* c, const MqttOptions& o, bool mqtt311) {
+    // MQTT 3.1.1 keeps a session without being told for how long, and takes no properties
+    // (this also clears those of the MQTT 5 connect before).
+    if (mqtt311)
+        return mosquitto_connect_bind_v5(c, o.host.c_str(), o.port, kKeepAliveSeconds, nullptr,
+                                         nullptr);
     mosquitto_property* props = nullptr;
     if (o.persistentSession)
         mosquitto_property_add_int32(&props, MQTT_PROP_SESSION_EXPIRY_INTERVAL,
@@ -116,7 +121,7 @@ MqttLink::~MqttLink() {
     if (!client_) return;
     if (thread_.joinable()) {
         stopping_ = true;
-        if (connected_) leaveCleanly();
+        if (connected_) leaveCleanly(true);
         {
             std::unique_lock lock(waitMutex_);
             wake_.notify_all();
@@ -136,7 +141,7 @@ MqttLink::~MqttLink() {
     mosquitto_destroy(client_);
 }
 
-void MqttLink::leaveCleanly() {
+void MqttLink::leaveCleanly(bool endSession) {
     // A clean stop says so itself (the broker sends the will only when a client vanishes);
     // the will's message goes out before the disconnect.
     MqttOptions::Will will;
@@ -154,13 +159,19 @@ void MqttLink::leaveCleanly() {
         while (connected_ && ackedMid_ != mid && std::chrono::steady_clock::now() < deadline)
             std::this_thread::sleep_for(std::chrono::milliseconds(2));
     }
-    mosquitto_disconnect(client_);
+    // A station stopped on purpose ends its session: writes sent while it is stopped must not
+    // be applied when it starts again.
+    mosquitto_property* props = nullptr;
+    if (endSession && options_.persistentSession && !teller_.useMqtt311())
+        mosquitto_property_add_int32(&props, MQTT_PROP_SESSION_EXPIRY_INTERVAL, 0);
+    mosquitto_disconnect_v5(client_, 0, props);
+    mosquitto_property_free_all(&props);
 }
 
 void MqttLink::reconnect() {
     if (!connected_) return;
     restart_ = true;
-    leaveCleanly();
+    leaveCleanly(false);
 }
 
 int MqttLink::setWill(const MqttOptions::Will& will) {
@@ -177,6 +188,7 @@ void MqttLink::run() {
     networkThread_ = std::this_thread::get_id();
     mosquitto* c = client_;
     bool first = true;
+    bool spoke311 = false;
     while (!stop_ && !stopping_) {
         const bool previousAccepted = event_.accepted;
         event_ = ConnectionEvent{};
@@ -190,7 +202,8 @@ void MqttLink::run() {
             will_ = std::move(will);
         }
         errno = 0;
-        int rc = first ? connectFirst(c, options_) : mosquitto_reconnect_async(c);
+        int rc =
+            first ? connectFirst(c, options_, teller_.useMqtt311()) : mosquitto_reconnect_async(c);
         int err = errno;
         first = false;
         if (rc == MOSQ_ERR_SUCCESS) {
@@ -215,8 +228,12 @@ void MqttLink::run() {
         const ConnectionTeller::Next next =
             teller_.failed(event_, std::chrono::steady_clock::now());
         if (!next.tell.empty()) note(next.tell);
-        if (teller_.useMqtt311())
+        if (teller_.useMqtt311() && !spoke311) {
+            // A new first connect: MQTT 3.1.1 carries no properties.
             mosquitto_int_option(c, MOSQ_OPT_PROTOCOL_VERSION, MQTT_PROTOCOL_V311);
+            spoke311 = true;
+            first = true;
+        }
         if (!pause(next.wait)) break;
     }
 }

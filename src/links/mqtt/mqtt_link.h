@@ -94,7 +94,9 @@ class MqttLink {
     explicit MqttLink(const MqttOptions& options);
     void run();
     void note(const std::string& line);
-    void leaveCleanly();
+    // The will's message, acknowledged, then DISCONNECT; endSession: the broker forgets the
+    // persistent session too.
+    void leaveCleanly(bool endSession);
     int setWill(const MqttOptions::Will& will);
     // Waits, or until the link is stopped; false when stopped.
     bool pause(std::chrono::steady_clock::duration d);

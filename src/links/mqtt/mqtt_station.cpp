@@ -53,7 +53,6 @@ MqttStation::MqttStation(MqttLink& link, std::string prefix, std::ostream& error
     // so a broker that lost its retained messages gets them back.
     link_.onConnect([this] {
         republish_ = true;
-        alarmsWhileAway_ = 0;
         if (records_) records_->connected();
     });
 }
@@ -72,6 +71,7 @@ void MqttStation::say(const std::string& text) {
 
 void MqttStation::afterTick(Station& st) {
     tellLinkNotices();
+    if (link_.connected()) sendAlarmsKept();
     applyWrites(st);
     publishTags(st);
 }
@@ -83,12 +83,21 @@ void MqttStation::tellLinkNotices() {
 void MqttStation::publishAlarm(const std::string& line) {
     if (line.empty()) return;
     // Alarm lines are kept while the broker is away and sent when it is back, up to a
-    // bound, so a long outage with a flapping alarm cannot fill memory.
+    // bound, so a long outage with a flapping alarm cannot fill memory. They are kept here,
+    // not handed to the client, which must not send anything before its connection is
+    // accepted.
     if (!link_.connected()) {
-        if (alarmsWhileAway_ >= kAlarmsKeptWhileAway) return;
-        ++alarmsWhileAway_;
+        if (alarmsWhileAway_.size() < kAlarmsKeptWhileAway) alarmsWhileAway_.push_back(line);
+        return;
     }
+    sendAlarmsKept();
     link_.publish(prefix_ + "/alarms", line, false);
+}
+
+void MqttStation::sendAlarmsKept() {
+    for (const std::string& kept : alarmsWhileAway_)
+        link_.publish(prefix_ + "/alarms", kept, false);
+    alarmsWhileAway_.clear();
 }
 
 void MqttStation::publishTags(const Station& st) {

@@ -10,6 +10,7 @@
 #include <atomic>
 #include <iosfwd>
 #include <string>
+#include <vector>
 
 #include "core/station.h"
 #include "links/mqtt/mqtt_link.h"
@@ -64,8 +65,9 @@ class MqttStation {
     // The name told as not publishable (or failing to publish), so it is told once.
     std::array<std::string, kTableTags + 1> unpublishedTold_{};
     std::atomic<bool> republish_{true};
-    static constexpr int kAlarmsKeptWhileAway = 1000;
-    std::atomic<int> alarmsWhileAway_{0};
+    void sendAlarmsKept();
+    static constexpr std::size_t kAlarmsKeptWhileAway = 1000;
+    std::vector<std::string> alarmsWhileAway_;  // the scan's thread's own
     bool retainedTold_ = false;
     long long published_ = 0;
     long long writesSeen_ = 0;

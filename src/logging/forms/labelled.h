@@ -6,6 +6,8 @@
 #include <QString>
 #include <QWidget>
 
+#include "core/forms/form_widgets.h"
+
 namespace kova::logform {
 
 inline QLabel* LabelFor(const QString& caption, QWidget* box, QWidget* parent) {
@@ -14,7 +16,7 @@ inline QLabel* LabelFor(const QString& caption, QWidget* box, QWidget* parent) {
     QString name = caption;
     name.remove('&');
     if (name.endsWith(':')) name.chop(1);
-    box->setAccessibleName(name.trimmed());
+    forms::nameBox(box, name.trimmed());
     return label;
 }
 

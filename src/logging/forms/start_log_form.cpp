@@ -9,6 +9,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScrollArea>
 #include <QVBoxLayout>
 
 #include "core/forms/form_widgets.h"
@@ -125,12 +126,17 @@ StartLogWindow::StartLogWindow(Station& st, ErrorReport& report, QWidget* parent
     bottom->addStretch();
     bottom->addWidget(exit_);
 
+    // The frames scroll on a screen too small for them; the switch and Exit stay in reach.
+    auto* content = new QWidget(this);
+    auto* frames = new QVBoxLayout(content);
+    frames->setContentsMargins(0, 0, 0, 0);
+    frames->addWidget(modeFrame);
+    frames->addWidget(samplesFrame);
+    frames->addWidget(tagFrame);
+    frames->addWidget(timeFrame);
+    frames->addStretch();
     auto* layout = new QVBoxLayout(this);
-    layout->addWidget(modeFrame);
-    layout->addWidget(samplesFrame);
-    layout->addWidget(tagFrame);
-    layout->addWidget(timeFrame);
-    layout->addStretch();
+    layout->addWidget(forms::scrollingPart(content, this), 1);
     layout->addLayout(bottom);
 
     connect(exit_, &QPushButton::clicked, this, &StartLogWindow::exitClicked);

@@ -31,7 +31,7 @@ QLineEdit* box(const char* name, int width, QWidget* parent) {
 QLabel* labelFor(const char* caption, QWidget* control, QWidget* parent) {
     auto* l = new QLabel(caption, parent);
     l->setBuddy(control);
-    control->setAccessibleName(caption);
+    forms::nameBox(control, caption);
     return l;
 }
 
