@@ -48,9 +48,13 @@ class Broker:
         conf = os.path.join(WORK, "broker-%d.conf" % self.port)
         with open(conf, "w") as f:
             f.write("listener %d 127.0.0.1\nallow_anonymous true\npersistence false\n" % self.port)
+        self.conf = conf
+        self.start()
+
+    def start(self):
         broker = next((p for p in ("/usr/sbin/mosquitto", "/usr/bin/mosquitto") if os.path.exists(p)),
                       "mosquitto")
-        self.proc = subprocess.Popen([broker, "-c", conf], stdout=subprocess.DEVNULL,
+        self.proc = subprocess.Popen([broker, "-c", self.conf], stdout=subprocess.DEVNULL,
                                      stderr=subprocess.DEVNULL)
         wait_for(self.accepts, 10, "the broker")
 
@@ -157,12 +161,15 @@ class Station:
         self.err.close()
 
 
-def build_setup(name, period_ms):
+def build_setup(name, period_ms, log_period_ms=None):
     """The demo plant, scanning every period_ms, with a counter that changes every tick."""
     with open(os.path.join(SOURCE, "examples", "demo.json")) as f:
         setup = json.load(f)
     setup["IOPeriod"] = period_ms
     setup["IOUnits"] = 1
+    if log_period_ms:
+        setup["LogPeriod"] = log_period_ms
+        setup["LogUnits"] = 1
     free = next(i for i, c in enumerate(setup["controls"]) if not c["ThenText"])
     setup["controls"][free] = ({
         "IfText": "", "IfCode": ",", "ThenText": "@SPARE13 = @SPARE13 + 1",
@@ -184,6 +191,7 @@ class SparkplugStation(unittest.TestCase):
         cls.pb = sparkplug_client.load_pb(WORK)
         cls.setup, cls.fast = build_setup("fast", 10)
         _, cls.calm = build_setup("calm", 100)
+        _, cls.logging = build_setup("logging", 50, 100)
 
     def setUp(self):
         self.broker = Broker()
@@ -307,6 +315,48 @@ class SparkplugStation(unittest.TestCase):
         with open(st.state_file) as f:
             self.assertEqual(json.load(f)["LateTicks"], 0)
         self.assertIn("the primary host scada is online", st.errors())
+
+    def test_records_held_during_an_outage_follow_the_new_birth_marked_historical(self):
+        st = Station(self.logging, self.broker.port, "--sparkplug", "Plant/Station3",
+                     "--outbox", os.path.join(WORK, "outbox-%d" % self.broker.port))
+        try:
+            wait_for(lambda: self.host.of("NBIRTH"), 10, "the birth")
+            wait_for(lambda: len(self.host.of("NDATA")) > 5, 10, "live data")
+            # (Records made before the first birth followed it as history: the station was
+            # connecting then.)
+            self.broker.stop()
+            outage_start = time.time() * 1000
+            time.sleep(2)
+            outage_end = time.time() * 1000
+            self.broker.start()
+            births = wait_for(lambda: len(self.host.of("NBIRTH")) >= 2 and self.host.of("NBIRTH"),
+                              15, "the birth after the outage")
+            self.check_birth(births[1], 1)
+            def held():
+                after = self.host.after(self.host.messages.index(births[1]))
+                return [d for d in after if "/NDATA/" in d["topic"] and d["metrics"]
+                        and d["metrics"][0].get("historical")]
+            wait_for(held, 10, "historical data")
+            time.sleep(0.5)
+            history = held()
+            # A record every 100 ms for about 2 s, each with its own time, in order, all of
+            # them from the outage and marked historical, named as the birth names them.
+            self.assertGreaterEqual(len(history), 10)
+            stamps = [d["timestamp"] for d in history]
+            self.assertEqual(stamps, sorted(stamps))
+            self.assertEqual(len(set(stamps)), len(stamps))
+            for d in history:
+                self.assertGreater(d["timestamp"], outage_start - 1500)
+                self.assertLess(d["timestamp"], outage_end + 1500)
+                self.assertTrue(all(m["historical"] and m["timestamp"] == d["timestamp"]
+                                    for m in d["metrics"]))
+                self.assertIn("LEVEL", [m["name"] for m in d["metrics"]])
+            # They follow the new birth, and their seq goes on from it without a gap.
+            after = self.host.after(self.host.messages.index(births[1]))
+            seqs = [m["seq"] for m in after if "/NDATA/" in m["topic"]]
+            self.assertEqual(seqs, [(i + 1) % 256 for i in range(len(seqs))])
+        finally:
+            st.kill()
 
     def test_bad_options_are_one_line_errors_before_anything_starts(self):
         broker = "127.0.0.1:%d" % self.broker.port
