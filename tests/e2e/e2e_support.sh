@@ -36,3 +36,22 @@ fail() {
     failures=$((failures + 1))
 }
 pass() { echo "ok: $*"; }
+
+# The newest visible window whose caption is exactly $1 (a regular expression), within $2
+# seconds.
+find_window() {
+    timeout "${2:-10}" xdotool search --sync --onlyvisible --name "^$1\$" 2>/dev/null | tail -1
+}
+
+# Answers every message box whose caption is $1 (a regular expression, "KOVA" unless told)
+# with Return; echoes how many there were.
+dismiss_messages() {
+    local n=0 w
+    while w=$(find_window "${1:-KOVA}" 1) && [ -n "$w" ]; do
+        xdotool windowfocus --sync "$w" key Return
+        sleep 0.3
+        n=$((n + 1))
+        [ $n -lt 5 ] || break
+    done
+    echo $n
+}

@@ -28,23 +28,7 @@ pid=$!
 trap 'kill $pid 2>/dev/null; wait $pid 2>/dev/null' EXIT
 
 alive() { kill -0 "$pid" 2>/dev/null; }
-# The newest visible window whose caption is exactly $1 (a regular expression), within $2
-# seconds.
-find_window() {
-    timeout "${2:-10}" xdotool search --sync --onlyvisible --name "^$1\$" 2>/dev/null | tail -1
-}
 shot() { import -window root "$shots/$1.png"; }
-# Answers every message box (caption "KOVA") with Return; echoes how many there were.
-dismiss_messages() {
-    local n=0 w
-    while w=$(find_window KOVA 1) && [ -n "$w" ]; do
-        xdotool windowfocus --sync "$w" key Return
-        sleep 0.3
-        n=$((n + 1))
-        [ $n -lt 5 ] || break
-    done
-    echo $n
-}
 
 # The splash measures the PC's speed first.
 splash=$(find_window KOVA 10)
