@@ -5,7 +5,11 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/resource.h>
+
+#include <csignal>
 #include <fstream>
+#include <thread>
 
 #include "support/test_support.h"
 
@@ -210,6 +214,46 @@ TEST(Outbox, AWaitingReaderWakesWhenARecordIsAppended) {
     scan.join();
     ASSERT_TRUE(rec);
     EXPECT_EQ(rec->body, "late");
+}
+
+}  // namespace kova::links
+
+namespace kova::links {
+
+// A disk that takes no more (here: a file size limit, as a full disk gives EFBIG/ENOSPC)
+// is said once; the records stay in memory for the readers and reach the file once it can
+// be written again.
+TEST(Outbox, ADiskThatCannotBeWrittenIsSaidOnceAndTheRecordsWaitInMemory) {
+    OutboxRig rig;
+    auto box = rig.open();
+    auto reader = box->reader("mqtt");
+    const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit old{};
+    getrlimit(RLIMIT_FSIZE, &old);
+    rlimit small = old;
+    small.rlim_cur = 200;
+    setrlimit(RLIMIT_FSIZE, &small);
+    for (int i = 0; i < 10; ++i) box->append(i, std::string(50, 'x'));
+    // The writer has tried and failed (it tries at once, then once a second).
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    EXPECT_GT(box->stats().unwritten, 0u);
+    setrlimit(RLIMIT_FSIZE, &old);
+    std::signal(SIGXFSZ, oldHandler);
+    EXPECT_EQ(Drain(*reader).size(), 10u) << "the readers still get every record";
+    // The writer tries again once a second.
+    for (int i = 0; i < 300 && box->stats().unwritten > 0; ++i)
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    EXPECT_EQ(box->stats().unwritten, 0u);
+    const auto notices = box->takeNotices();
+    ASSERT_EQ(notices.size(), 2u);
+    EXPECT_NE(notices[0].find("cannot write to the outbox file"), std::string::npos) << notices[0];
+    EXPECT_NE(notices[0].find("the scan goes on"), std::string::npos) << notices[0];
+    EXPECT_NE(notices[1].find("can be written again"), std::string::npos) << notices[1];
+    reader.reset();
+    box.reset();
+    auto again = rig.open();
+    auto r2 = again->reader("other");
+    EXPECT_EQ(Drain(*r2).size(), 10u) << "all of them reached the file";
 }
 
 }  // namespace kova::links

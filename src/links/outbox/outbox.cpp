@@ -199,9 +199,9 @@ void Outbox::enforceBounds(std::int64_t nowMs) {
         ++n;
     }
     if (n > 0)
-        dropFront(n, tooBig ? "it holds " + MiB(limits_.maxBytes) + ", --outbox-max-mb"
-                            : "records older than " + AgeText(limits_.maxAge) +
-                                  ", --outbox-max-age");
+        dropFront(n, tooBig
+                         ? "it holds " + MiB(limits_.maxBytes) + ", --outbox-max-mb"
+                         : "records older than " + AgeText(limits_.maxAge) + ", --outbox-max-age");
 }
 
 std::uint64_t Outbox::lowestDelivered() const {
