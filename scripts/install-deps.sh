@@ -9,6 +9,7 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
   nlohmann-json3-dev libcli11-dev
   libmosquitto-dev mosquitto mosquitto-clients openssl
+  libprotobuf-dev protobuf-compiler python3-protobuf python3-paho-mqtt
   libcivetweb-dev libssl-dev libcrypt-dev libjs-chart.js
   chromium chromium-driver python3-selenium python3-websocket
   clang libclang-rt-14-dev

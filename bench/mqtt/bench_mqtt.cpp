@@ -16,7 +16,7 @@
 #include <thread>
 
 #include "core/configuration.h"
-#include "mqtt/mqtt_station.h"
+#include "links/mqtt/mqtt_station.h"
 #include "support/allocation_counter.h"
 #include "tags/tag_table.h"
 

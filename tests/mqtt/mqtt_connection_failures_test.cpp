@@ -11,7 +11,7 @@
 #include <atomic>
 #include <thread>
 
-#include "mqtt/mqtt_link.h"
+#include "links/mqtt/mqtt_link.h"
 #include "mqtt/station_rig.h"
 #include "mqtt/test_broker.h"
 

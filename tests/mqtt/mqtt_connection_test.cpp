@@ -1,6 +1,6 @@
 // How the link tells why it has no connection and how long it waits before the next try:
 // the rules alone, without a broker.
-#include "mqtt/mqtt_connection.h"
+#include "links/mqtt/mqtt_connection.h"
 
 #include <gtest/gtest.h>
 #include <mosquitto.h>

@@ -9,7 +9,7 @@
 #include <sstream>
 #include <thread>
 
-#include "mqtt/mqtt_station.h"
+#include "links/mqtt/mqtt_station.h"
 #include "mqtt/station_rig.h"
 #include "mqtt/test_broker.h"
 

@@ -6,7 +6,7 @@
 #include <sstream>
 #include <thread>
 
-#include "mqtt/mqtt_station.h"
+#include "links/mqtt/mqtt_station.h"
 #include "mqtt/test_broker.h"
 
 namespace kova::mqtt {

@@ -1,4 +1,4 @@
-#include "mqtt/mqtt_station.h"
+#include "links/mqtt/mqtt_station.h"
 
 #include <gtest/gtest.h>
 #include <signal.h>

@@ -6,9 +6,9 @@
 
 #include <filesystem>
 
-#include "mqtt/mqtt_client_id.h"
-#include "mqtt/mqtt_station.h"
-#include "mqtt/printable_text.h"
+#include "links/mqtt/mqtt_client_id.h"
+#include "links/mqtt/mqtt_station.h"
+#include "links/mqtt/printable_text.h"
 #include "support/test_support.h"
 
 namespace kova::mqtt {

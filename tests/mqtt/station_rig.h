@@ -5,7 +5,7 @@
 #include <memory>
 
 #include "core/configuration.h"
-#include "mqtt/mqtt_link.h"
+#include "links/mqtt/mqtt_link.h"
 #include "mqtt/test_broker.h"
 #include "tags/daq_profile.h"
 #include "tags/tag_name_index.h"

@@ -66,12 +66,13 @@ TestBroker::TestBroker(const Config& config) {
     port_ = FreePort();
     do secondPort_ = FreePort();
     while (secondPort_ == port_);
+    std::string text =
+        config ? config(port_, secondPort_, dir_.path())
+               : "listener " + std::to_string(port_) + " 127.0.0.1\nallow_anonymous true\n";
+    // A test that wants the broker to keep sessions across its restarts says so itself.
+    if (text.find("persistence") == std::string::npos) text += "persistence false\n";
     std::ofstream conf(dir_ / "mosquitto.conf");
-    if (config)
-        conf << config(port_, secondPort_, dir_.path());
-    else
-        conf << "listener " << port_ << " 127.0.0.1\nallow_anonymous true\n";
-    conf << "persistence false\nlog_dest none\n";
+    conf << text << "log_dest none\n";
     conf.close();
     start();
 }
@@ -102,9 +103,10 @@ void TestBroker::stop() {
     pid_ = -1;
 }
 
-Subscriber::Subscriber(int port, const std::string& topic, const std::string& clientId) {
+Subscriber::Subscriber(int port, const std::string& topic, const std::string& clientId,
+                       bool persistent) {
     mosquitto_lib_init();
-    client_ = mosquitto_new(clientId.empty() ? nullptr : clientId.c_str(), true, this);
+    client_ = mosquitto_new(clientId.empty() ? nullptr : clientId.c_str(), !persistent, this);
     mosquitto_message_callback_set(client_, &Subscriber::onMessage);
     mosquitto_subscribe_callback_set(client_, [](mosquitto*, void* self, int, int, const int*) {
         static_cast<Subscriber*>(self)->subscribed_ = true;
@@ -163,9 +165,24 @@ pid_t StartCli(const std::filesystem::path& folder, const std::vector<std::strin
     const char* cli = std::getenv("KOVA_CLI");
     EXPECT_NE(cli, nullptr) << "KOVA_CLI is not set";
     if (!cli) return -1;
+    return StartProgram(folder, cli, args, "stdout", "stderr");
+}
+
+pid_t StartHistorian(const std::filesystem::path& folder, int port, const std::string& topic,
+                     const std::string& clientId) {
+    return StartProgram(folder, "/usr/bin/mosquitto_sub",
+                        {"-h", "127.0.0.1", "-p", std::to_string(port), "-q", "1", "-c", "-i",
+                         clientId, "-t", topic},
+                        clientId + ".out", clientId + ".err");
+}
+
+pid_t StartProgram(const std::filesystem::path& folder, const std::string& program,
+                   const std::vector<std::string>& args, const std::string& outFile,
+                   const std::string& errFile) {
+    const char* cli = program.c_str();
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
-    const std::string out = (folder / "stdout").string(), err = (folder / "stderr").string();
+    const std::string out = (folder / outFile).string(), err = (folder / errFile).string();
     posix_spawn_file_actions_addopen(&actions, 1, out.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
     posix_spawn_file_actions_addopen(&actions, 2, err.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
     posix_spawn_file_actions_addchdir_np(&actions, folder.c_str());
@@ -182,6 +199,7 @@ pid_t StartCli(const std::filesystem::path& folder, const std::vector<std::strin
 
 int WaitCli(pid_t pid) {
     int status = 0;
+    if (pid <= 0) return -1;  // never any child: the broker is one
     if (waitpid(pid, &status, 0) != pid) return -1;
     return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
 }

@@ -46,8 +46,10 @@ class Subscriber {
         std::string payload;
         bool retained;
     };
-    // clientId "": one the library makes up.
-    Subscriber(int port, const std::string& topic, const std::string& clientId = "");
+    // clientId "": one the library makes up. persistent: the broker keeps the session (and
+    // the QoS 1 messages for it) while the subscriber is away, as a historian's would.
+    Subscriber(int port, const std::string& topic, const std::string& clientId = "",
+               bool persistent = false);
     ~Subscriber();
     // Waits until `done` holds for the messages so far, at most `timeout`.
     bool waitFor(const std::function<bool(const std::vector<Message>&)>& done,
@@ -69,6 +71,14 @@ class Subscriber {
 // kova-cli (KOVA_CLI) started in `folder` with its output in folder/stdout and
 // folder/stderr; returns its process id.
 pid_t StartCli(const std::filesystem::path& folder, const std::vector<std::string>& args);
+// A program started in `folder` with its output in folder/outFile and folder/errFile.
+pid_t StartProgram(const std::filesystem::path& folder, const std::string& program,
+                   const std::vector<std::string>& args, const std::string& outFile,
+                   const std::string& errFile);
+// A historian's subscriber (mosquitto_sub, QoS 1, a persistent session as `clientId`) in
+// `folder`; what arrives is folder/<clientId>.out, one payload a line.
+pid_t StartHistorian(const std::filesystem::path& folder, int port, const std::string& topic,
+                     const std::string& clientId);
 // Waits for it to end; its exit code, or 128 + the signal that ended it.
 int WaitCli(pid_t pid);
 

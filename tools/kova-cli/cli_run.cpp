@@ -15,8 +15,10 @@
 #include <CLI/CLI.hpp>
 
 #include "cli_output.h"
-#include "cli_run_options.h"
 #include "cli_run_mqtt.h"
+#include "cli_run_options.h"
+#include "cli_run_outbox.h"
+#include "cli_run_sparkplug.h"
 #include "cli_run_web.h"
 #include "commands.h"
 #include "core/configuration.h"
@@ -24,6 +26,7 @@
 #include "core/scan_cycle.h"
 #include "daq/driver_dispatch.h"
 #include "daq/sim/module_simulators.h"
+#include "links/records/record_maker.h"
 #include "logging/log_switch.h"
 #include "logging/log_writer.h"
 #include "platform/port_backends.h"
@@ -154,12 +157,17 @@ static int RunCommand(const RunOptions& o) {
                    static_cast<std::uint16_t>(st.daq.PrinterPortBase));
     }
 
+    if (const std::string why = SparkplugOptionsProblem(o); !why.empty())
+        return Fail("run: " + why);
+    std::string outboxError;
+    const std::unique_ptr<links::Outbox> outbox = OpenRunOutbox(o, outboxError);
+    if (!outboxError.empty()) return Fail("run: " + outboxError);
     std::string mqttError;
-    const std::unique_ptr<RunPublisher> publisher = StartRunPublisher(o, mqttError);
+    const std::unique_ptr<RunPublisher> publisher = StartRunPublisher(o, outbox.get(), mqttError);
     if (!mqttError.empty()) return Fail("run: " + mqttError);
     status.publisher = publisher.get();
     std::string linksError;
-    const std::unique_ptr<RunLinks> links = StartRunLinks(o, linksError);
+    const std::unique_ptr<RunLinks> links = StartRunLinks(o, outbox.get(), linksError);
     if (!linksError.empty()) return Fail("run: " + linksError);
 
     MeasureSpeedForRun(st, gStop);
@@ -199,6 +207,14 @@ static int RunCommand(const RunOptions& o) {
         if (guarded([&] { Tick(st); })) report.clear();
         stallIfAsked(o, n + 1, gStop);
         teller.tell(st);
+        if (outbox) {
+            // The record of a logging period that ended with this tick waits in the outbox
+            // until the links delivered it; appending never waits for the disk.
+            if (auto record = links::RecordAfterTick(st))
+                outbox->append(record->timeMs, std::move(record->body));
+            for (const std::string& line : outbox->takeNotices())
+                std::fprintf(stderr, "kova-cli: outbox: %s\n", line.c_str());
+        }
         if (publisher) guarded([&] { publisher->afterTick(st); });
         if (links) guarded([&] { links->afterTick(st, lateTicks); });
         service.tickDone();  // the whole tick, its publishing included
@@ -230,6 +246,8 @@ void kova::cli::AddRunCommand(CLI::App& app, CommandRun& run) {
         "would run it");
     AddRunOptions(*cmd, *o);
     AddMqttOptions(*cmd, *o);
+    AddOutboxOptions(*cmd, *o);
     AddWebOptions(*cmd, *o);
+    AddSparkplugOptions(*cmd, *o);
     cmd->callback([o, &run] { run = [o] { return RunCommand(*o); }; });
 }

@@ -6,8 +6,8 @@
 #ifdef KOVA_WITH_MQTT
 #include <filesystem>
 
-#include "mqtt/mqtt_client_id.h"
-#include "mqtt/mqtt_station.h"
+#include "links/mqtt/mqtt_client_id.h"
+#include "links/mqtt/mqtt_station.h"
 #endif
 
 namespace kova::cli {
@@ -43,6 +43,12 @@ void AddMqttOptions(CLI::App& run, RunOptions& o) {
            "random part kept in KOVA_MQTT.ID in the working folder)")
         ->type_name("ID")
         ->group(group);
+    run.add_option("--mqtt-format", o.mqttFormat,
+                   "How a tag's value is published: plain (the number) or json "
+                   "({\"v\":12.5,\"ts\":<ms since 1970 UTC>,\"q\":\"good\"})")
+        ->type_name("plain|json")
+        ->check(CLI::IsMember({"plain", "json"}))
+        ->group(group);
     run.add_flag("--mqtt-writes", o.mqttWrites,
                  "Accept <prefix>/set/<TAGNAME> from the broker: sets an output or variable "
                  "as an operator write on a readings screen does")
@@ -53,39 +59,35 @@ namespace {
 
 bool MqttCompanionGiven(const RunOptions& o) {
     return o.mqttPrefix || !o.mqttUser.empty() || !o.mqttPasswordFile.empty() ||
-           !o.mqttCaFile.empty() || o.mqttWrites || o.mqttClientId;
+           !o.mqttCaFile.empty() || o.mqttWrites || o.mqttClientId || o.mqttFormat != "plain";
 }
 
 #ifdef KOVA_WITH_MQTT
 class MqttPublisher final : public RunPublisher {
   public:
-    MqttPublisher(std::unique_ptr<mqtt::MqttLink> link, const std::string& prefix)
-        : link_(std::move(link)), station_(*link_, prefix, std::cerr) {}
+    MqttPublisher(std::unique_ptr<mqtt::MqttLink> link, const std::string& prefix,
+                  mqtt::ValueFormat format, links::Outbox* outbox)
+        : link_(std::move(link)),
+          records_(outbox ? std::make_unique<mqtt::MqttRecordSender>(*link_, *outbox, prefix)
+                          : nullptr),
+          station_(*link_, prefix, std::cerr, format, records_.get()) {}
     void alarmLine(const std::string& line) override { station_.publishAlarm(line); }
     void afterTick(Station& st) override { station_.afterTick(st); }
 
   private:
     std::unique_ptr<mqtt::MqttLink> link_;
+    std::unique_ptr<mqtt::MqttRecordSender> records_;
     mqtt::MqttStation station_;
 };
 #endif
 
 }  // namespace
 
-std::unique_ptr<RunPublisher> StartRunPublisher(const RunOptions& o, std::string& error) {
-    error.clear();
-    if (!o.mqttBroker) {
-        if (MqttCompanionGiven(o)) error = "the --mqtt-... options need --mqtt HOST[:PORT]";
-        return nullptr;
-    }
 #ifdef KOVA_WITH_MQTT
-    mqtt::MqttOptions m;
-    if (!mqtt::ParseBrokerAddress(*o.mqttBroker, m.host, m.port, error)) return nullptr;
-    m.prefix = o.mqttPrefix ? *o.mqttPrefix : mqtt::DefaultTopicPrefix(o.file);
-    if (m.prefix.empty() || m.prefix.find_first_of("#+") != std::string::npos) {
-        error = "--mqtt-prefix must be a topic without # or +, not \"" + m.prefix + "\"";
-        return nullptr;
-    }
+bool MqttOptionsFrom(const RunOptions& o, const std::string& prefix, mqtt::MqttOptions& m,
+                     std::string& error) {
+    if (!mqtt::ParseBrokerAddress(*o.mqttBroker, m.host, m.port, error)) return false;
+    m.prefix = prefix;
     m.username = o.mqttUser;
     m.passwordFile = o.mqttPasswordFile;
     m.caFile = o.mqttCaFile;
@@ -94,18 +96,41 @@ std::unique_ptr<RunPublisher> StartRunPublisher(const RunOptions& o, std::string
         m.clientId = *o.mqttClientId;
         if (const std::string why = mqtt::ClientIdProblem(m.clientId); !why.empty()) {
             error = "--mqtt-client-id: " + why;
-            return nullptr;
+            return false;
         }
     } else {
         // Made once and kept, so the broker knows the station again after a restart.
-        const mqtt::ClientId id = mqtt::DefaultClientId(m.prefix, std::filesystem::current_path());
+        const mqtt::ClientId id = mqtt::DefaultClientId(prefix, std::filesystem::current_path());
         m.clientId = id.id;
         if (!id.note.empty()) std::cerr << "kova-cli: mqtt: " << id.note << std::endl;
     }
+    return true;
+}
+#endif
+
+std::unique_ptr<RunPublisher> StartRunPublisher(const RunOptions& o, links::Outbox* outbox,
+                                                std::string& error) {
+    error.clear();
+    if (!o.mqttBroker) {
+        if (MqttCompanionGiven(o)) error = "the --mqtt-... options need --mqtt HOST[:PORT]";
+        return nullptr;
+    }
+    if (o.sparkplug) return nullptr;  // the Sparkplug link has the broker
+#ifdef KOVA_WITH_MQTT
+    const std::string prefix = o.mqttPrefix ? *o.mqttPrefix : mqtt::DefaultTopicPrefix(o.file);
+    if (prefix.empty() || prefix.find_first_of("#+") != std::string::npos) {
+        error = "--mqtt-prefix must be a topic without # or +, not \"" + prefix + "\"";
+        return nullptr;
+    }
+    mqtt::MqttOptions m;
+    if (!MqttOptionsFrom(o, prefix, m, error)) return nullptr;
     auto link = mqtt::MqttLink::Start(m, error);
     if (!link) return nullptr;
-    return std::make_unique<MqttPublisher>(std::move(link), m.prefix);
+    return std::make_unique<MqttPublisher>(
+        std::move(link), m.prefix,
+        o.mqttFormat == "json" ? mqtt::ValueFormat::Json : mqtt::ValueFormat::Plain, outbox);
 #else
+    (void)outbox;
     error = "--mqtt: this kova-cli was built without MQTT (libmosquitto)";
     return nullptr;
 #endif

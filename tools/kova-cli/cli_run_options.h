@@ -35,6 +35,14 @@ struct RunOptions {
     std::string mqttCaFile;
     bool mqttWrites = false;
     std::optional<std::string> mqttClientId;
+    // --sparkplug and --sparkplug-host: the station as a Sparkplug B edge node on that broker.
+    std::optional<std::string> sparkplug;  // GROUP/NODE
+    std::optional<std::string> sparkplugHost;
+    std::string mqttFormat = "plain";  // plain | json
+    // The outbox the links' records wait in (cli_run_outbox.cpp).
+    std::string outbox;
+    std::optional<int> outboxMaxMb;
+    std::optional<int> outboxMaxAgeHours;
     // --http and its companions: the station's web page.
     std::optional<std::string> httpListen;  // [ADDR:]PORT
     std::string httpUsers;
@@ -49,6 +57,8 @@ struct RunOptions {
 void AddRunOptions(CLI::App& run, RunOptions& o);
 // The --mqtt group (cli_run_mqtt.cpp).
 void AddMqttOptions(CLI::App& run, RunOptions& o);
+// The --outbox group (cli_run_outbox.cpp).
+void AddOutboxOptions(CLI::App& run, RunOptions& o);
 // The --http group (cli_run_web.cpp).
 void AddWebOptions(CLI::App& run, RunOptions& o);
 

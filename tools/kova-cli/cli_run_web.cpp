@@ -1,5 +1,7 @@
 #include "cli_run_web.h"
 
+#include "cli_run_sparkplug.h"
+
 #include <CLI/CLI.hpp>
 #include <cstdio>
 #include <filesystem>
@@ -61,6 +63,7 @@ class StationLinks final : public RunLinks {
         // Requests waiting for the scan are answered before the server stops.
         inbox_.close();
         hub_.close();
+        sparkplug_.reset();
 #ifdef KOVA_WITH_WEB
         server_.reset();
 #endif
@@ -69,7 +72,14 @@ class StationLinks final : public RunLinks {
         inbox_.drain(st, [](const links::CommandResult& r) { printLine(r.line); });
         hub_.publish(builder_.build(st, lateTicks));
     }
-    bool start(const RunOptions& o, std::string& error) {
+    bool start(const RunOptions& o, links::Outbox* outbox, std::string& error) {
+        if (o.sparkplug) {
+            sparkplug_ = StartSparkplugLink(o, hub_, inbox_, outbox, error);
+            if (!sparkplug_) return false;
+        }
+        return !o.httpListen || startWeb(o, error);
+    }
+    bool startWeb(const RunOptions& o, std::string& error) {
 #ifdef KOVA_WITH_WEB
         web::WebServerOptions w;
         if (!web::ParseListenAddress(*o.httpListen, w.address, w.port, error)) return false;
@@ -95,6 +105,7 @@ class StationLinks final : public RunLinks {
     links::SnapshotBuilder builder_;
     links::SnapshotHub hub_;
     links::CommandInbox inbox_;
+    std::unique_ptr<RunningLink> sparkplug_;
 #ifdef KOVA_WITH_WEB
     std::unique_ptr<web::WebServer> server_;
 #endif
@@ -102,15 +113,17 @@ class StationLinks final : public RunLinks {
 
 }  // namespace
 
-std::unique_ptr<RunLinks> StartRunLinks(const RunOptions& o, std::string& error) {
+std::unique_ptr<RunLinks> StartRunLinks(const RunOptions& o, links::Outbox* outbox,
+                                        std::string& error) {
     error.clear();
-    if (!o.httpListen) {
-        if (!o.httpUsers.empty() || !o.httpCert.empty() || !o.httpKey.empty())
-            error = "the --http-... options need --http [ADDR:]PORT";
+    if (!o.httpListen && (!o.httpUsers.empty() || !o.httpCert.empty() || !o.httpKey.empty())) {
+        error = "the --http-... options need --http [ADDR:]PORT";
         return nullptr;
     }
+    error = SparkplugOptionsProblem(o);
+    if (!error.empty() || (!o.httpListen && !o.sparkplug)) return nullptr;
     auto links = std::make_unique<StationLinks>();
-    if (!links->start(o, error)) return nullptr;
+    if (!links->start(o, outbox, error)) return nullptr;
     return links;
 }
 

@@ -7,6 +7,7 @@
 
 #include "cli_run_options.h"
 #include "core/station.h"
+#include "links/outbox/outbox.h"
 
 namespace kova::cli {
 
@@ -19,6 +20,8 @@ class RunLinks {
 
 // nullptr with `error` empty when no link was asked for; nullptr with the reason when one
 // cannot start (or this kova-cli was built without it).
-std::unique_ptr<RunLinks> StartRunLinks(const RunOptions& o, std::string& error);
+// outbox: the records held for the links (nullptr: none are kept).
+std::unique_ptr<RunLinks> StartRunLinks(const RunOptions& o, links::Outbox* outbox,
+                                        std::string& error);
 
 }  // namespace kova::cli

@@ -1,4 +1,4 @@
-#include "mqtt/mqtt_station.h"
+#include "links/mqtt/mqtt_station.h"
 
 #include <mosquitto.h>
 
@@ -10,7 +10,10 @@
 #include "core/numeric.h"
 #include "daq/driver_dispatch.h"
 #include "displays/operator_writes.h"
-#include "mqtt/printable_text.h"
+#include "links/mqtt/printable_text.h"
+#include "links/records/record_maker.h"
+#include "links/records/scan_quality.h"
+#include "links/records/utc_time.h"
 #include "tags/tag_name_index.h"
 
 namespace kova::mqtt {
@@ -43,13 +46,14 @@ std::string TopicLevelProblem(const std::string& name) {
     return {};
 }
 
-MqttStation::MqttStation(MqttLink& link, std::string prefix, std::ostream& errors)
-    : link_(link), prefix_(std::move(prefix)), errors_(errors) {
+MqttStation::MqttStation(MqttLink& link, std::string prefix, std::ostream& errors,
+                         ValueFormat format, MqttRecordSender* records)
+    : link_(link), prefix_(std::move(prefix)), errors_(errors), format_(format), records_(records) {
     // Every connect (the first and each after the broker came back) sends every value again,
     // so a broker that lost its retained messages gets them back.
     link_.onConnect([this] {
         republish_ = true;
-        alarmsWhileAway_ = 0;
+        if (records_) records_->connected();
     });
 }
 
@@ -67,6 +71,7 @@ void MqttStation::say(const std::string& text) {
 
 void MqttStation::afterTick(Station& st) {
     tellLinkNotices();
+    if (link_.connected()) sendAlarmsKept();
     applyWrites(st);
     publishTags(st);
 }
@@ -78,22 +83,36 @@ void MqttStation::tellLinkNotices() {
 void MqttStation::publishAlarm(const std::string& line) {
     if (line.empty()) return;
     // Alarm lines are kept while the broker is away and sent when it is back, up to a
-    // bound, so a long outage with a flapping alarm cannot fill memory.
+    // bound, so a long outage with a flapping alarm cannot fill memory. They are kept here,
+    // not handed to the client, which must not send anything before its connection is
+    // accepted.
     if (!link_.connected()) {
-        if (alarmsWhileAway_ >= kAlarmsKeptWhileAway) return;
-        ++alarmsWhileAway_;
+        if (alarmsWhileAway_.size() < kAlarmsKeptWhileAway) alarmsWhileAway_.push_back(line);
+        return;
     }
+    sendAlarmsKept();
     link_.publish(prefix_ + "/alarms", line, false);
+}
+
+void MqttStation::sendAlarmsKept() {
+    for (const std::string& kept : alarmsWhileAway_)
+        link_.publish(prefix_ + "/alarms", kept, false);
+    alarmsWhileAway_.clear();
 }
 
 void MqttStation::publishTags(const Station& st) {
     // While the broker is away nothing is queued (a week-long outage must not fill memory):
     // the next connect sends every value as it is then.
-    if (!link_.connected()) {
+    // The records that waited while the broker was away go first: history before the present.
+    if (!link_.connected() || (records_ && records_->catchingUp())) {
         republish_ = true;
         return;
     }
     const bool all = republish_.exchange(false);
+    const bool json = format_ == ValueFormat::Json;
+    const links::ScanQuality quality = json ? links::QualityOfScan(st) : links::ScanQuality{};
+    const std::string ts =
+        json ? std::to_string(links::LocalToUtcMs(st.platform.clock->now())) : std::string();
     for (int n = 1; n <= kTableTags; ++n) {
         const Tag& tag = st.tags[n];
         if (tag.TagName.empty()) continue;
@@ -107,10 +126,17 @@ void MqttStation::publishTags(const Station& st) {
             }
             continue;
         }
-        // The number text of the log, without its blanks.
-        std::string text = plainNumberText(tag.Value);
+        // The number text of the log, without its blanks. In JSON with the reading's quality,
+        // published when either changed, with the time of the scan that changed it.
+        std::string text = json ? links::JsonNumber(tag.Value) : plainNumberText(tag.Value);
+        const bool good = quality.good || !links::TagIsReading(st, n);
+        if (json) text += good ? " good" : " bad";
         if (!all && text == lastText_[n] && tag.TagName == lastName_[n]) continue;
-        const int rc = link_.publish(tagTopic(tag.TagName), text, true);
+        const std::string payload = json ? "{\"v\":" + links::JsonNumber(tag.Value) +
+                                               ",\"ts\":" + ts + ",\"q\":\"" +
+                                               (good ? "good" : "bad") + "\"}"
+                                         : text;
+        const int rc = link_.publish(tagTopic(tag.TagName), payload, true);
         if (rc == MOSQ_ERR_SUCCESS) {
             lastText_[n] = std::move(text);
             lastName_[n] = tag.TagName;

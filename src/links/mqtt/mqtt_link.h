@@ -8,6 +8,7 @@
 #include <atomic>
 #include <condition_variable>
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -16,8 +17,8 @@
 #include <utility>
 #include <vector>
 
-#include "mqtt/mqtt_connection.h"
-#include "mqtt/mqtt_options.h"
+#include "links/mqtt/mqtt_connection.h"
+#include "links/mqtt/mqtt_options.h"
 
 struct mosquitto;
 struct mosquitto_message;
@@ -28,17 +29,20 @@ namespace kova::mqtt {
 class MqttLink {
   public:
     // The longest write payload taken: no number a tag takes is longer. A longer one is
-    // refused before it is copied, however large.
+    // refused before it is copied, however large (MqttOptions::maxPayloadBytes by default).
     static constexpr std::size_t kMaxWritePayload = 64;
     // The longest tag name a write topic is kept with (a tag's record holds 128 bytes).
     static constexpr std::size_t kMaxTopicTail = 128;
     // Writes kept between two ticks; more are dropped and counted.
     static constexpr std::size_t kMaxWritesWaiting = 10000;
+    // How long the broker keeps the station's session (its subscription and the writes sent
+    // to it) while the station is away: a day.
+    static constexpr std::uint32_t kSessionExpirySeconds = 24 * 3600;
 
     // A message that arrived on a subscribed topic.
     struct Incoming {
         std::string topic;    // cut after the prefix and kMaxTopicTail bytes
-        std::string payload;  // empty when the payload was too long
+        std::string payload;  // empty when the payload was too long (maxPayloadBytes)
         std::size_t payloadBytes = 0;
         bool payloadTooLong = false;
         bool topicCut = false;
@@ -49,7 +53,8 @@ class MqttLink {
         long long dropped = 0;           // writes dropped since the last take (over the cap)
     };
 
-    // Sets up the client (the client ID of the options, last will "<prefix>/status" =
+    // Sets up the client (the client ID of the options, a persistent session the broker keeps
+    // for kSessionExpirySeconds while the station is away, last will "<prefix>/status" =
     // "offline", retained) and starts connecting in the background; nullptr and the reason
     // when the options cannot work (TLS file unreadable, ...). A broker that is down is not
     // an error: the link keeps trying and tells why.
@@ -59,9 +64,17 @@ class MqttLink {
     MqttLink(const MqttLink&) = delete;
     MqttLink& operator=(const MqttLink&) = delete;
 
+    // Ends the connection as a clean stop does (the will's message, then DISCONNECT) and
+    // connects again at once; nothing is told of it. Nothing happens while not connected.
+    void reconnect();
     // Queues a message (QoS 1). 0 when queued, else libmosquitto's reason (MOSQ_ERR_NO_CONN
     // while the broker is away: the retained values are sent again on the next connect).
     int publish(const std::string& topic, const std::string& payload, bool retain);
+    // The same, not retained, with the message's id in `mid` for onPublished.
+    int publishTracked(const std::string& topic, const std::string& payload, int& mid);
+    // Runs on the network thread when the broker acknowledged a QoS 1 message (its id). Must
+    // be short and must not call back into the link.
+    void onPublished(std::function<void(int)> callback);
     // Runs on the network thread after every (re)connect, after "online" is published. It
     // must be short and must not call back into the link. Replacing it (an empty function
     // included) waits until a running call has finished.
@@ -81,10 +94,16 @@ class MqttLink {
     explicit MqttLink(const MqttOptions& options);
     void run();
     void note(const std::string& line);
+    // The will's message, acknowledged, then DISCONNECT; endSession: the broker forgets the
+    // persistent session too.
+    void leaveCleanly(bool endSession);
+    int setWill(const MqttOptions::Will& will);
     // Waits, or until the link is stopped; false when stopped.
     bool pause(std::chrono::steady_clock::duration d);
     static void connectCallback(mosquitto*, void* self, int rc, int flags, const mqtt5__property*);
     static void disconnectCallback(mosquitto*, void* self, int rc, const mqtt5__property*);
+    static void publishCallback(mosquitto*, void* self, int mid, int reason,
+                                const mqtt5__property*);
     static void messageCallback(mosquitto*, void* self, const mosquitto_message* message);
     static void logCallback(mosquitto*, void* self, int level, const char* text);
 
@@ -95,6 +114,8 @@ class MqttLink {
     std::atomic<bool> stop_{false};
     std::atomic<bool> stopping_{false};  // the clean stop: "offline" and DISCONNECT go out
     std::atomic<bool> connected_{false};
+    std::atomic<bool> restart_{false};  // the connection is being left by reconnect()
+    std::atomic<int> ackedMid_{0};      // the message the broker acknowledged last
     std::atomic<int> connections_{0};
     std::mutex waitMutex_;
     std::condition_variable wake_;
@@ -103,11 +124,14 @@ class MqttLink {
     ConnectionEvent event_;
     ConnectionTeller teller_;
 
-    std::mutex mutex_;  // guards incoming_, dropped_, notices_ and onConnect_
+    std::mutex mutex_;        // guards incoming_, dropped_, notices_, onConnect_ and will_
+    MqttOptions::Will will_;  // the current connection's
     std::vector<Incoming> incoming_;
     long long dropped_ = 0;
     std::vector<std::string> notices_;
     std::function<void()> onConnect_;
+    std::mutex publishedMutex_;  // guards onPublished_
+    std::function<void(int)> onPublished_;
 };
 
 }  // namespace kova::mqtt

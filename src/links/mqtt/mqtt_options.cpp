@@ -1,4 +1,4 @@
-#include "mqtt/mqtt_options.h"
+#include "links/mqtt/mqtt_options.h"
 
 #include <charconv>
 #include <filesystem>

@@ -1,4 +1,4 @@
-#include "mqtt/printable_text.h"
+#include "links/mqtt/printable_text.h"
 
 namespace kova::mqtt {
 

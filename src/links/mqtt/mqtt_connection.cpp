@@ -1,4 +1,4 @@
-#include "mqtt/mqtt_connection.h"
+#include "links/mqtt/mqtt_connection.h"
 
 #include <mosquitto.h>
 #include <mqtt_protocol.h>

@@ -10,16 +10,24 @@
 #include <atomic>
 #include <iosfwd>
 #include <string>
+#include <vector>
 
 #include "core/station.h"
-#include "mqtt/mqtt_link.h"
+#include "links/mqtt/mqtt_link.h"
+#include "links/mqtt/mqtt_record_sender.h"
 
 namespace kova::mqtt {
 
+// How a tag's value is published: the number alone, or a JSON object with the scan's time
+// and the reading's quality: {"v":12.5,"ts":1763892000500,"q":"good"}.
+enum class ValueFormat { Plain, Json };
+
 class MqttStation {
   public:
-    // errors: where a refused write is told, one line each.
-    MqttStation(MqttLink& link, std::string prefix, std::ostream& errors);
+    // errors: where a refused write is told, one line each. records: the sender of the
+    // outbox's records, when there is one (tag values wait while it catches up).
+    MqttStation(MqttLink& link, std::string prefix, std::ostream& errors,
+                ValueFormat format = ValueFormat::Plain, MqttRecordSender* records = nullptr);
     // Takes its callback off the link, which may live on and reconnect.
     ~MqttStation();
     MqttStation(const MqttStation&) = delete;
@@ -50,13 +58,16 @@ class MqttStation {
     MqttLink& link_;
     std::string prefix_;
     std::ostream& errors_;
+    ValueFormat format_;
+    MqttRecordSender* records_;
     std::array<std::string, kTableTags + 1> lastText_{};  // by tag number, "" = never sent
     std::array<std::string, kTableTags + 1> lastName_{};
     // The name told as not publishable (or failing to publish), so it is told once.
     std::array<std::string, kTableTags + 1> unpublishedTold_{};
     std::atomic<bool> republish_{true};
-    static constexpr int kAlarmsKeptWhileAway = 1000;
-    std::atomic<int> alarmsWhileAway_{0};
+    void sendAlarmsKept();
+    static constexpr std::size_t kAlarmsKeptWhileAway = 1000;
+    std::vector<std::string> alarmsWhileAway_;  // the scan's thread's own
     bool retainedTold_ = false;
     long long published_ = 0;
     long long writesSeen_ = 0;

@@ -1,4 +1,4 @@
-#include "mqtt/mqtt_client_id.h"
+#include "links/mqtt/mqtt_client_id.h"
 
 #include <unistd.h>
 
