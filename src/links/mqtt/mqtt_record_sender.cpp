@@ -48,6 +48,15 @@ std::string MqttRecordSender::Payload(const links::OutboxRecord& r, bool replaye
 void MqttRecordSender::connected() {
     if (!reader_) return;
     std::lock_guard lock(mutex_);
+    // What was in flight when the connection ended goes again, in order, before anything
+    // newer: the client's own resending of it would otherwise race the records after it.
+    // A consumer may see such a record twice, with the same sequence and time.
+    inFlight_.clear();
+    ackedAhead_.clear();
+    retry_.reset();
+    reader_->rewind();
+    sent_ = delivered_;
+    ++generation_;
     backlogEnd_ = reader_->newest();
     catchingUp_ = sent_ < backlogEnd_;
     lastAck_ = std::chrono::steady_clock::now();
@@ -96,14 +105,23 @@ void MqttRecordSender::run() {
                 continue;
             }
         }
-        std::optional<links::OutboxRecord> rec =
-            retry_ ? std::exchange(retry_, std::nullopt) : reader_->next(kPoll);
+        std::optional<links::OutboxRecord> rec;
+        std::uint64_t generation;
+        {
+            std::lock_guard lock(mutex_);
+            generation = generation_;
+            if (retry_) rec = std::exchange(retry_, std::nullopt);
+        }
+        if (!rec) rec = reader_->next(kPoll);
         if (!rec) {
             std::lock_guard lock(mutex_);
             if (sent_ >= backlogEnd_) catchingUp_ = false;
             continue;
         }
         std::unique_lock lock(mutex_);
+        // A reconnect meanwhile sends again from the first record not delivered: this one
+        // comes again in its turn.
+        if (generation != generation_) continue;
         const bool replayed = rec->sequence <= backlogEnd_;
         int mid = 0;
         // Under the lock, so that an acknowledgement cannot come before the id is noted.

@@ -62,6 +62,7 @@ class MqttRecordSender {
     std::uint64_t sent_ = 0;        // the last sequence handed to the broker
     std::chrono::steady_clock::time_point lastAck_{};
     std::optional<links::OutboxRecord> retry_;
+    std::uint64_t generation_ = 0;  // one up at every connect
     std::thread thread_;
 };
 
