@@ -1,9 +1,9 @@
 #include "links/sparkplug/edge_node.h"
 
 #include <cstring>
-#include <ctime>
 
 #include "links/link_command.h"
+#include "links/records/utc_time.h"
 #include "sparkplug_b.pb.h"
 
 namespace kova::sparkplug {
@@ -39,17 +39,10 @@ std::string Encoded(const Payload& p) {
 }  // namespace
 
 std::uint64_t UtcMillis(const LocalDateTime& t) {
-    std::tm tm{};
-    tm.tm_year = t.year - 1900;
-    tm.tm_mon = t.month - 1;
-    tm.tm_mday = t.day;
-    tm.tm_hour = t.hour;
-    tm.tm_min = t.minute;
-    tm.tm_sec = t.second;
-    tm.tm_isdst = -1;  // the time zone's rule for that day
-    const std::time_t seconds = std::mktime(&tm);
-    if (seconds < 0) return 0;
-    return static_cast<std::uint64_t>(seconds) * 1000u + static_cast<std::uint64_t>(t.millisecond);
+    // The same reading of the station's local time as the records and JSON values carry,
+    // so a metric and the record of the same scan have the same time stamp.
+    const std::int64_t ms = links::LocalToUtcMs(t);
+    return ms < 0 ? 0 : static_cast<std::uint64_t>(ms);
 }
 
 std::string DeathPayload(std::uint8_t bdSeq, std::uint64_t timestamp) {
