@@ -56,6 +56,19 @@ def folder_bytes(path):
     return total
 
 
+def stop_broker(broker):
+    """mosquitto can miss a TERM that comes just after it opened its port: repeat it."""
+    for _ in range(100):
+        broker.send_signal(signal.SIGTERM)
+        try:
+            broker.wait(0.1)
+            return
+        except subprocess.TimeoutExpired:
+            pass
+    broker.kill()
+    broker.wait()
+
+
 def main():
     ap = argparse.ArgumentParser()
     ap.add_argument("cli")
@@ -111,8 +124,7 @@ def main():
     gap = args.seconds / (args.restarts + 1)
     for r in range(args.restarts):
         time.sleep(max(0.0, started + gap * (r + 1) - time.time()))
-        broker.send_signal(signal.SIGTERM)
-        broker.wait()
+        stop_broker(broker)
         away = time.time()
         while time.time() - away < args.outage:
             largest_outbox = max(largest_outbox, max(folder_bytes(d) for _, d in stations))
@@ -152,8 +164,7 @@ def main():
         time.sleep(0.5)
     historian.send_signal(signal.SIGTERM)
     historian.wait()
-    broker.send_signal(signal.SIGTERM)
-    broker.wait()
+    stop_broker(broker)
 
     missing = out_of_order = dup_other_time = duplicates = total = replayed = 0
     latencies = []

@@ -60,7 +60,8 @@ stop_station() {
 rss() { awk '/VmRSS/ {print $2}' "/proc/$station/status"; }
 cleanup() {
     [ -n "$station" ] && kill "$station" 2>/dev/null
-    [ -n "$broker" ] && kill "$broker" 2>/dev/null
+    # KILL: mosquitto can miss a TERM that comes just after it opened its port.
+    [ -n "$broker" ] && kill -KILL "$broker" 2>/dev/null
     wait 2>/dev/null
 }
 trap cleanup EXIT

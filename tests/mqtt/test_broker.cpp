@@ -11,6 +11,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <cstdlib>
 #include <fstream>
 #include <thread>
@@ -98,8 +99,19 @@ void TestBroker::start() {
 
 void TestBroker::stop() {
     if (pid_ <= 0) return;
-    kill(pid_, SIGTERM);
-    waitpid(pid_, nullptr, 0);
+    // mosquitto forgets a SIGTERM that comes between opening its port and entering its main
+    // loop (the loop sets its run flag afresh), so the signal is repeated until it ends; a
+    // broker that still runs after 10 s is killed.
+    const auto until = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    while (waitpid(pid_, nullptr, WNOHANG) == 0) {
+        if (std::chrono::steady_clock::now() > until) {
+            kill(pid_, SIGKILL);
+            waitpid(pid_, nullptr, 0);
+            break;
+        }
+        kill(pid_, SIGTERM);
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    }
     pid_ = -1;
 }
 

@@ -66,8 +66,16 @@ class Broker:
             return False
 
     def stop(self):
-        self.proc.terminate()
-        self.proc.wait(10)
+        # mosquitto can miss a TERM that comes just after it opened its port: repeat it.
+        for _ in range(100):
+            self.proc.terminate()
+            try:
+                self.proc.wait(0.1)
+                return
+            except subprocess.TimeoutExpired:
+                pass
+        self.proc.kill()
+        self.proc.wait()
 
 
 class Host:
