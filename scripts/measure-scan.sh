@@ -91,7 +91,7 @@ cleanup() {
 trap cleanup EXIT
 
 find_window() { timeout "${2:-10}" xdotool search --sync --onlyvisible --name "^$1\$" 2>/dev/null | tail -1; }
-main=$(find_window "KOVA - Default.Suf" 60)
+main=$(find_window "KOVA - Default\.Suf( - .*)?" 60)  # the title ends with the working folder
 [ -n "$main" ] || { echo "the main window did not appear"; cat "$work/kova.out"; exit 1; }
 sleep 0.5
 keys() {
