@@ -57,6 +57,17 @@ struct Seen {
     std::vector<std::uint64_t> order;              // sequences as they arrived
     int replayed = 0;
     int duplicatesWithAnotherTime = 0;
+
+    // One record as a subscriber received it; a duplicate must carry the same time stamp.
+    void add(const nlohmann::json& j) {
+        const auto seq = j["seq"].get<std::uint64_t>();
+        const auto ts = j["ts"].get<std::int64_t>();
+        if (auto it = timeOf.find(seq); it != timeOf.end() && it->second != ts)
+            ++duplicatesWithAnotherTime;
+        timeOf[seq] = ts;
+        order.push_back(seq);
+        replayed += j["replayed"].get<bool>();
+    }
 };
 
 Seen Records(Subscriber& sub) {
@@ -64,13 +75,7 @@ Seen Records(Subscriber& sub) {
     for (const auto& m : sub.messages()) {
         if (m.topic != "kova/PLANT/records") continue;
         const auto j = nlohmann::json::parse(m.payload);
-        const auto seq = j["seq"].get<std::uint64_t>();
-        const auto ts = j["ts"].get<std::int64_t>();
-        if (auto it = s.timeOf.find(seq); it != s.timeOf.end() && it->second != ts)
-            ++s.duplicatesWithAnotherTime;
-        s.timeOf[seq] = ts;
-        s.order.push_back(seq);
-        s.replayed += j["replayed"].get<bool>();
+        s.add(j);
     }
     return s;
 }
@@ -146,13 +151,7 @@ struct Historian {
         for (std::string line; std::getline(lines, line);) {
             const auto j = nlohmann::json::parse(line, nullptr, false);
             if (j.is_discarded()) continue;  // a line being written
-            const auto seq = j["seq"].get<std::uint64_t>();
-            const auto ts = j["ts"].get<std::int64_t>();
-            if (auto it = s.timeOf.find(seq); it != s.timeOf.end() && it->second != ts)
-                ++s.duplicatesWithAnotherTime;
-            s.timeOf[seq] = ts;
-            s.order.push_back(seq);
-            s.replayed += j["replayed"].get<bool>();
+            s.add(j);
         }
         return s;
     }
