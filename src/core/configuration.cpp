@@ -1,5 +1,7 @@
 #include "core/configuration.h"
 
+#include <memory>
+
 #include "alarms/alarm_check.h"
 #include "control/run_controls.h"
 #include "core/fault.h"
@@ -96,7 +98,15 @@ void RememberConfigurationAsSaved(Station& st) {
 }
 
 bool ConfigurationChanged(const Station& st) {
-    return ConfigurationFingerprint(st) != st.savedConfiguration;
+    if (!st.savedConfiguration.empty())
+        return ConfigurationFingerprint(st) != st.savedConfiguration;
+    // Never remembered: the station is measured against a new one. Every new station is the
+    // same, so that one's fingerprint is made once, not by every station made.
+    static const std::string fresh = [] {
+        const auto blank = std::make_unique<Station>();
+        return ConfigurationFingerprint(*blank);
+    }();
+    return ConfigurationFingerprint(st) != fresh;
 }
 
 LoadOutcome StartStation(Station& st) {

@@ -22,9 +22,10 @@ constexpr std::size_t kRecord = kSetupRecordLength;
 // A setup file is 46464 bytes; anything far larger is not one.
 constexpr std::size_t kLargestSetupFile = 1u << 20;
 
-std::string where(int record, const std::string& label, const std::string& field) {
-    std::string s = "record " + std::to_string(record) + " (" + label + ")";
-    if (!field.empty() && field != label) s += ", " + field;
+std::string where(int record, const RecordLabel& label, const std::string& field) {
+    const std::string name = label.text();
+    std::string s = "record " + std::to_string(record) + " (" + name + ")";
+    if (!field.empty() && field != name) s += ", " + field;
     return s;
 }
 
@@ -35,6 +36,7 @@ bool integral(double x, double low, double high) {
 // Writes the items; collects what cannot be stored instead of stopping at the first.
 class Writer {
   public:
+    Writer() { out.reserve(kSetupFileLength); }
     std::string out;
     std::vector<std::string> problems;
 
@@ -47,7 +49,7 @@ class Writer {
         fn();
     }
     template <class F>
-    void record(const std::string& label, F fn) {
+    void record(const RecordLabel& label, F fn) {
         ++record_;
         label_ = label;
         const std::size_t start = out.size();
@@ -132,7 +134,7 @@ class Writer {
     }
 
     int record_ = 0;
-    std::string label_;
+    RecordLabel label_{""};
 };
 
 // The writer's bytes with the values that move by themselves while the station runs left
@@ -140,17 +142,17 @@ class Writer {
 // control line's LastResult (every control pass) and a screen line's Editing flag (the
 // cursor in a readings screen). A control line's codes are left out too: they are compiled
 // from its texts (the control window compiles them again whenever it checks a line, an
-// empty IF becoming ","), so they change only when the texts do. A jump target the screen set-up window shows as an empty
-// box counts as the 0 it stores again, and a variant counts by its value, not its type. What the
-// file could not hold (a record too long, a character outside Windows-1252) is kept whole, so that
-// no change is lost in comparing.
+// empty IF becoming ","), so they change only when the texts do. A jump target the screen set-up
+// window shows as an empty box counts as the 0 it stores again, and a variant counts by its value,
+// not its type. What the file could not hold (a record too long, a character outside Windows-1252)
+// is kept whole, so that no change is lost in comparing.
 class Fingerprint : public Writer {
   public:
     explicit Fingerprint(const Station& st) : st_(st) {}
 
     template <class F>
-    void record(const std::string& label, F fn) {
-        if (label.ends_with(" header")) ++screen_;
+    void record(const RecordLabel& label, F fn) {
+        if (label.isScreenHeader()) ++screen_;
         const std::size_t start = out.size();
         fn();
         const std::size_t used = out.size() - start;
@@ -168,8 +170,7 @@ class Fingerprint : public Writer {
     }
     void text(const char* name, const std::string& utf8) {
         const std::string_view field = name;
-        if (field == "LastText" || field == "IfCode" || field == "ThenCode" ||
-            field == "ElseCode")
+        if (field == "LastText" || field == "IfCode" || field == "ThenCode" || field == "ElseCode")
             return;
         Writer::i32(name, static_cast<std::int32_t>(utf8.size()));
         out += utf8;
@@ -209,7 +210,7 @@ class Reader {
         fn();
     }
     template <class F>
-    void record(const std::string& label, F fn) {
+    void record(const RecordLabel& label, F fn) {
         ++record_;
         if (ended_) return;
         label_ = label;
@@ -249,7 +250,7 @@ class Reader {
                                 : std::string("its record")));
             return;
         }
-        v = Cp1252ToUtf8(bytes_.substr(pos_, length));
+        v = Cp1252ToUtf8(std::string_view(bytes_).substr(pos_, length));
         pos_ += length;
     }
     void variant(const char* name, Variant& v) {
@@ -321,7 +322,7 @@ class Reader {
 
     const std::string& bytes_;
     int record_ = 0;
-    std::string label_;
+    RecordLabel label_{""};
     std::size_t start_ = 0, pos_ = 0, limit_ = 0;
     bool failed_ = false;
     bool ended_ = false;

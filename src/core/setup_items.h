@@ -7,11 +7,13 @@
 //   array(name, count, fn)  a list of `count` elements; fn(i) is called for i = 1..count
 //   object(name, fn)        a group of named fields (a tag, a screen, an alarm, ...)
 //   record(label, fn)       one 128-byte record of the file; `label` says which item it is
+//                           (a RecordLabel: its text is made only by a visitor that needs it)
 //   i16 / i32 / f32 / text / variant (name, field)
 // Names are the item and field names of the file's record table; inside an array an
 // element has the name "". `record` carries no name of its own: the binary codec counts
 // records, the JSON form ignores them.
 #include <string>
+#include <string_view>
 
 #include "core/station.h"
 
@@ -25,21 +27,37 @@ inline constexpr int kScreenLineCount = 20;
 inline constexpr int kTrendCount = 10;
 inline constexpr int kPenCount = 4;
 
-namespace setup_detail {
-inline std::string numbered(const char* what, int n) {
-    return what + std::to_string(n);
-}
-}  // namespace setup_detail
+// Which item a record holds: "tag 3", "screen 2 header", "screen 2 line 7", "trend 1 pen 4",
+// or the name of a single item. Kept as its parts, because every load, save and comparison
+// walks all 363 records and only a problem needs the words.
+struct RecordLabel {
+    const char* what = "";  // "tag ", "screen ", ... or a single item's whole name
+    int n = 0;              // its number, 0 for a single item
+    const char* part = "";  // " header", " line ", " pen " or ""
+    int m = 0;              // the line or pen number, 0 if none
+
+    RecordLabel(const char* name) : what(name) {}  // NOLINT: a single item's name
+    RecordLabel(const char* w, int number, const char* p = "", int sub = 0)
+        : what(w), n(number), part(p), m(sub) {}
+
+    bool isScreenHeader() const { return std::string_view(part) == " header"; }
+    std::string text() const {
+        std::string s = what;
+        if (n > 0) s += std::to_string(n);
+        s += part;
+        if (m > 0) s += std::to_string(m);
+        return s;
+    }
+};
 
 // S is Station (readers) or const Station (writers).
 template <class S, class V>
 void VisitSetupItems(S& st, V& v) {
-    using setup_detail::numbered;
     // Records 1..32: the user tags.
     v.array("tags", kUserTags, [&](int i) {
         auto& t = st.tags[i];
         v.object("", [&] {
-            v.record(numbered("tag ", i), [&] {
+            v.record(RecordLabel("tag ", i), [&] {
                 v.text("Label", t.Label);
                 v.text("TagName", t.TagName);
                 v.text("IOName", t.IOName);
@@ -65,14 +83,14 @@ void VisitSetupItems(S& st, V& v) {
     v.array("screens", kScreenCount, [&](int s) {
         v.object("", [&] {
             auto& h = st.screens.Headers[s];
-            v.record(numbered("screen ", s) + " header", [&] {
+            v.record(RecordLabel("screen ", s, " header"), [&] {
                 v.text("Title", h.Title);
                 v.i16("JumpTo", h.JumpTo);
             });
             v.array("Lines", kScreenLineCount, [&](int l) {
                 auto& line = st.screens.Lines(s, l);
                 v.object("", [&] {
-                    v.record(numbered("screen ", s) + numbered(" line ", l), [&] {
+                    v.record(RecordLabel("screen ", s, " line ", l), [&] {
                         v.text("TagName", line.TagName);
                         v.i16("TagNumber", line.TagNumber);
                         v.i16("Editing", line.Editing);
@@ -84,7 +102,7 @@ void VisitSetupItems(S& st, V& v) {
     // Records 243..282: the trend table, trend by trend, pens 1..4 within each.
     v.array("TrendTable", kTrendCount, [&](int t) {
         v.array("", kPenCount, [&](int p) {
-            v.record(numbered("trend ", t) + numbered(" pen ", p),
+            v.record(RecordLabel("trend ", t, " pen ", p),
                      [&] { v.i16("", st.trends.TrendTable(t, p)); });
         });
     });
@@ -133,7 +151,7 @@ void VisitSetupItems(S& st, V& v) {
     v.array("alarms", kAlarmCount, [&](int i) {
         auto& a = st.alarms.Alarms[i];
         v.object("", [&] {
-            v.record(numbered("alarm ", i), [&] {
+            v.record(RecordLabel("alarm ", i), [&] {
                 v.text("TagName", a.TagName);
                 v.i16("TagNo", a.TagNo);
                 v.f32("HiVal", a.HiVal);
@@ -152,7 +170,7 @@ void VisitSetupItems(S& st, V& v) {
     v.array("controls", kControlLines, [&](int i) {
         auto& c = st.control.Lines[i];
         v.object("", [&] {
-            v.record(numbered("control line ", i), [&] {
+            v.record(RecordLabel("control line ", i), [&] {
                 v.text("IfText", c.IfText);
                 v.text("IfCode", c.IfCode);
                 v.text("ThenText", c.ThenText);

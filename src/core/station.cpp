@@ -1,6 +1,5 @@
 #include "core/station.h"
 
-#include "core/configuration.h"
 #include "platform/null_platform.h"
 #include "tags/tag_table.h"
 
@@ -28,9 +27,8 @@ Station::Station() {
     InitSystemTags(tags);
     RebuildTagNameIndex(tags, nameIndex);
     BuildIOList(profile, kDaqTest);
-    // Nothing loaded yet: the empty configuration counts as saved, so nothing is asked
-    // before it is replaced.
-    RememberConfigurationAsSaved(*this);
+    // Nothing loaded yet: the empty configuration counts as saved (an empty
+    // savedConfiguration stands for it), so nothing is asked before it is replaced.
 }
 
 }  // namespace kova

@@ -65,6 +65,7 @@ struct Station {
     std::filesystem::path workingFolder;  // where "Default.Suf" and "KOVA_P.CAL" live
     // The configuration as it was last loaded or saved (its fingerprint, without the values
     // that move while the station runs): a user is asked before work that differs is lost.
+    // Empty until the first load or save, standing for a new station's configuration.
     std::string savedConfiguration;
     Platform platform;
     ChangeNotice changes;  // the tag table, the DAQ type or the configuration changed

@@ -19,23 +19,27 @@ std::optional<unsigned char> byteFor(std::uint32_t cp) {
     return std::nullopt;
 }
 
-void appendUtf8(std::string& out, std::uint32_t cp) {
+// Writes the code point as UTF-8 at `out` and returns the end; at most 3 bytes, as every
+// Windows-1252 character lies below U+10000.
+char* putUtf8(char* out, std::uint32_t cp) {
     if (cp < 0x80) {
-        out += static_cast<char>(cp);
+        *out++ = static_cast<char>(cp);
     } else if (cp < 0x800) {
-        out += static_cast<char>(0xC0 | (cp >> 6));
-        out += static_cast<char>(0x80 | (cp & 0x3F));
+        *out++ = static_cast<char>(0xC0 | (cp >> 6));
+        *out++ = static_cast<char>(0x80 | (cp & 0x3F));
     } else {
-        out += static_cast<char>(0xE0 | (cp >> 12));
-        out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
-        out += static_cast<char>(0x80 | (cp & 0x3F));
+        *out++ = static_cast<char>(0xE0 | (cp >> 12));
+        *out++ = static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
+        *out++ = static_cast<char>(0x80 | (cp & 0x3F));
     }
+    return out;
 }
 }  // namespace
 
 std::optional<std::string> Utf8ToCp1252(const std::string& utf8) {
-    std::string out;
-    out.reserve(utf8.size());
+    // Never longer than the UTF-8: one byte per character.
+    std::string out(utf8.size(), '\0');
+    std::size_t used = 0;
     for (std::size_t i = 0; i < utf8.size();) {
         const auto c = static_cast<unsigned char>(utf8[i]);
         std::uint32_t cp;
@@ -60,22 +64,23 @@ std::optional<std::string> Utf8ToCp1252(const std::string& utf8) {
         }
         const auto b = byteFor(cp);
         if (!b) return std::nullopt;
-        out += static_cast<char>(*b);
+        out[used++] = static_cast<char>(*b);
         i += len;
     }
+    out.resize(used);
     return out;
 }
 
-std::string Cp1252ToUtf8(const std::string& bytes) {
-    std::string out;
-    out.reserve(bytes.size());
+std::string Cp1252ToUtf8(std::string_view bytes) {
+    // Every setup file load converts each text, so this works in one buffer, not byte by byte.
+    std::string out(bytes.size() * 3, '\0');
+    char* const begin = out.data();
+    char* end = begin;
     for (char ch : bytes) {
         const auto b = static_cast<unsigned char>(ch);
-        if (b >= 0x80 && b < 0xA0)
-            appendUtf8(out, kHigh[b - 0x80]);
-        else
-            appendUtf8(out, b);
+        end = putUtf8(end, b >= 0x80 && b < 0xA0 ? kHigh[b - 0x80] : b);
     }
+    out.resize(static_cast<std::size_t>(end - begin));
     return out;
 }
 

@@ -3,6 +3,7 @@
 // logs, calibration).
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace kova {
 
@@ -10,7 +11,7 @@ namespace kova {
 // UTF-8 is malformed). Editors refuse such text rather than mangle it.
 std::optional<std::string> Utf8ToCp1252(const std::string& utf8);
 // Windows-1252 to UTF-8 (the five undefined bytes map to U+0081 etc. so nothing is lost).
-std::string Cp1252ToUtf8(const std::string& bytes);
+std::string Cp1252ToUtf8(std::string_view bytes);
 // The number of bytes a text takes in the files; nullopt when it cannot be encoded.
 std::optional<std::size_t> Cp1252Length(const std::string& utf8);
 

@@ -261,8 +261,8 @@ int ReadBlock(HistoryFile& file, const BlockLayout& layout, HistoryBlock& block)
             const int column = layout.pens[p];
             block.values[p][rows] = column > 0 ? FieldNumber(fieldView(line, column)) : 0.0f;
         }
-        block.timeTexts[rows] = Cp1252ToUtf8(std::string(fieldView(line, layout.timeColumn)));
-        block.periodTexts[rows] = Cp1252ToUtf8(std::string(fieldView(line, layout.periodColumn)));
+        block.timeTexts[rows] = Cp1252ToUtf8(fieldView(line, layout.timeColumn));
+        block.periodTexts[rows] = Cp1252ToUtf8(fieldView(line, layout.periodColumn));
         ++rows;
     }
     if (rows == 0) return 0;

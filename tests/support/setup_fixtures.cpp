@@ -37,7 +37,7 @@ class Lister {
         fn();
     }
     template <class F>
-    void record(const std::string&, F fn) {
+    void record(const RecordLabel&, F fn) {
         fn();
     }
     void i16(const char* name, std::int16_t v) { add(name, std::to_string(v)); }

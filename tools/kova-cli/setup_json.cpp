@@ -90,7 +90,7 @@ class ToJson {
         stack_.pop_back();
     }
     template <class F>
-    void record(const std::string&, F fn) {
+    void record(const RecordLabel&, F fn) {
         fn();
     }
     void i16(const char* name, std::int16_t v) { put(name, v); }
@@ -141,7 +141,7 @@ class FromJson {
         stack_.pop_back();
     }
     template <class F>
-    void record(const std::string&, F fn) {
+    void record(const RecordLabel&, F fn) {
         fn();
     }
 
