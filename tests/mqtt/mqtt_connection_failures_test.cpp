@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <atomic>
 #include <thread>
+#include <vector>
 
 #include "links/mqtt/mqtt_link.h"
 #include "mqtt/station_rig.h"
@@ -67,6 +68,57 @@ TEST(MqttConnection, ABrokerThatIsNotThereIsSaidOnceAndTriedUntilItComes) {
     ASSERT_TRUE(WaitUntil([&] { return link->connected(); }, 15s));
     EXPECT_TRUE(told.waitFor(
         "connected to the broker at 127.0.0.1:" + std::to_string(broker.port()) + " again"));
+}
+
+// A port that takes no more connections: its listener never accepts, and its queue is
+// full, so the kernel drops every new attempt as a host behind a dropping firewall does.
+class SilentPort {
+  public:
+    SilentPort() {
+        listener_ = socket(AF_INET, SOCK_STREAM, 0);
+        sockaddr_in a{};
+        a.sin_family = AF_INET;
+        a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        bind(listener_, reinterpret_cast<sockaddr*>(&a), sizeof a);
+        socklen_t len = sizeof a;
+        getsockname(listener_, reinterpret_cast<sockaddr*>(&a), &len);
+        port_ = ntohs(a.sin_port);
+        listen(listener_, 0);
+        for (int i = 0; i < 3; ++i) {
+            const int c = socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK, 0);
+            connect(c, reinterpret_cast<sockaddr*>(&a), sizeof a);
+            fillers_.push_back(c);
+        }
+    }
+    ~SilentPort() {
+        for (int c : fillers_) close(c);
+        close(listener_);
+    }
+    int port() const { return port_; }
+
+  private:
+    int listener_ = -1;
+    int port_ = 0;
+    std::vector<int> fillers_;
+};
+
+TEST(MqttConnection, AHostThatDoesNotAnswerIsSaidAndTheLinkStopsAtOnce) {
+    SilentPort silent;
+    MqttOptions o = Options(silent.port());
+    o.connectWait = 1s;
+    auto link = Started(o);
+    ASSERT_TRUE(link);
+    Told told(*link);
+    ASSERT_TRUE(told.waitFor("no answer", 5s));
+    EXPECT_EQ(told.now()[0],
+              "cannot connect to the broker at 127.0.0.1:" + std::to_string(silent.port()) +
+                  ": no answer (is the host up, and the port open in its "
+                  "firewall?); trying again, waiting longer each time up to 30 s");
+    // Stopped while it tries again: a station being stopped does not wait on the network.
+    std::this_thread::sleep_for(1500ms);
+    const auto before = std::chrono::steady_clock::now();
+    link.reset();
+    EXPECT_LT(std::chrono::steady_clock::now() - before, 1500ms);
 }
 
 TEST(MqttConnection, AHostNameThatDoesNotExistIsSaidOnce) {
@@ -143,6 +195,10 @@ class Mqtt311Broker {
         std::lock_guard lock(mutex_);
         return levels_;
     }
+    int silent() {
+        std::lock_guard lock(mutex_);
+        return silent_;
+    }
 
   private:
     void serve() {
@@ -159,7 +215,11 @@ class Mqtt311Broker {
                                   : -1;
             {
                 std::lock_guard lock(mutex_);
-                levels_.push_back(level);
+                // A connection that sends nothing is the link asking whether the port answers.
+                if (n == 0)
+                    ++silent_;
+                else
+                    levels_.push_back(level);
             }
             const unsigned char refused[] = {0x20, 0x02, 0x00, 0x01};
             const unsigned char accepted[] = {0x20, 0x02, 0x00, 0x00};
@@ -175,6 +235,7 @@ class Mqtt311Broker {
     std::thread thread_;
     std::mutex mutex_;
     std::vector<int> levels_;
+    int silent_ = 0;
     std::vector<int> clients_;
 };
 
@@ -184,6 +245,9 @@ TEST(MqttConnection, ABrokerThatSpeaksOnlyMqtt311IsSpokenToInIt) {
     ASSERT_TRUE(link);
     ASSERT_TRUE(WaitUntil([&] { return link->connected(); }));
     EXPECT_EQ(broker.levels(), (std::vector<int>{5, 4}));
+    // Each first connect, in MQTT 5 and then in 3.1.1, was preceded by one check that the
+    // port answers: a connection closed without a word.
+    EXPECT_EQ(broker.silent(), 2);
     Told told(*link);
     EXPECT_EQ(told.count("does not speak MQTT 5: using MQTT 3.1.1"), 1);
 }

@@ -158,5 +158,29 @@ TEST(ConnectionTeller, ABrokerWithoutMqtt5IsSpokenToInMqtt311AtOnce) {
     EXPECT_NE(next.tell.find("does not speak MQTT 5: using MQTT 3.1.1"), std::string::npos);
 }
 
+TEST(ConnectionTeller, AConnectionClosedBeforeItWasAcceptedNamesThePortItWasMadeTo) {
+    ConnectionEvent e;
+    e.rc = MOSQ_ERR_CONN_LOST;  // no CONNACK came
+    ConnectionTeller plain("broker", 8883, "id");
+    EXPECT_EQ(plain.failed(e, Clock::time_point{}).tell,
+              "the broker at broker:8883 closed the connection before accepting it (is this the "
+              "broker's plain MQTT port? Its TLS port needs --mqtt-ca-file); trying again, "
+              "waiting longer each time up to 30 s");
+    ConnectionTeller tls("broker", 1883, "id", true);
+    EXPECT_EQ(tls.failed(e, Clock::time_point{}).tell,
+              "the broker at broker:1883 closed the connection before accepting it (is this the "
+              "broker's TLS port?); trying again, waiting longer each time up to 30 s");
+}
+
+TEST(ConnectionTeller, AHostThatDoesNotAnswerSaysSo) {
+    ConnectionTeller t("10.0.0.9", 1883, "id");
+    ConnectionEvent e;
+    e.rc = MOSQ_ERR_ERRNO;
+    e.err = ETIMEDOUT;
+    EXPECT_EQ(t.failed(e, Clock::time_point{}).tell,
+              "cannot connect to the broker at 10.0.0.9:1883: no answer (is the host up, and the "
+              "port open in its firewall?); trying again, waiting longer each time up to 30 s");
+}
+
 }  // namespace
 }  // namespace kova::mqtt

@@ -41,8 +41,8 @@ std::string TlsWords(const std::string& line) {
 
 }  // namespace
 
-ConnectionTeller::ConnectionTeller(std::string host, int port, std::string clientId)
-    : host_(std::move(host)), port_(port), clientId_(std::move(clientId)) {}
+ConnectionTeller::ConnectionTeller(std::string host, int port, std::string clientId, bool tls)
+    : host_(std::move(host)), port_(port), clientId_(std::move(clientId)), tls_(tls) {}
 
 std::string ConnectionTeller::where() const {
     const bool v6 = host_.find(':') != std::string::npos;
@@ -96,6 +96,10 @@ ConnectionTeller::Cause ConnectionTeller::causeOf(const ConnectionEvent& e) cons
                 return {"cannot connect to the broker at " + where() +
                             ": connection refused (is the broker running?)",
                         true};
+            if (e.err == ETIMEDOUT)
+                return {"cannot connect to the broker at " + where() +
+                            ": no answer (is the host up, and the port open in its firewall?)",
+                        true};
             return {"cannot connect to the broker at " + where() + ": " +
                         (e.err > 0 ? std::strerror(e.err) : "system error"),
                     true};
@@ -113,10 +117,13 @@ ConnectionTeller::Cause ConnectionTeller::causeOf(const ConnectionEvent& e) cons
             return {text, false};
         }
         case MOSQ_ERR_CONN_LOST:
+            // The usual reason is a port that speaks the other way: plain MQTT to a TLS
+            // port, or TLS to a plain one.
             if (!e.accepted)
-                return {"the broker at " + where() +
-                            " closed the connection before accepting it (with --mqtt-ca-file the "
-                            "broker's TLS port is needed, without it its plain one)",
+                return {"the broker at " + where() + " closed the connection before accepting it" +
+                            (tls_ ? " (is this the broker's TLS port?)"
+                                  : " (is this the broker's plain MQTT port? Its TLS port "
+                                    "needs --mqtt-ca-file)"),
                         true};
             return {"the broker at " + where() +
                         " closed the connection (a broker does this when it stops, and when "

@@ -29,7 +29,8 @@ class ConnectionTeller {
     static constexpr std::chrono::seconds kLongestBackOff{30};
     static constexpr std::chrono::minutes kNeedsAFixRetry{5};
 
-    ConnectionTeller(std::string host, int port, std::string clientId);
+    // tls: the link speaks TLS to the broker (--mqtt-ca-file).
+    ConnectionTeller(std::string host, int port, std::string clientId, bool tls = false);
 
     struct Next {
         std::string tell;  // the line to print, "" when this cause was told already
@@ -60,6 +61,7 @@ class ConnectionTeller {
     std::string host_;
     int port_;
     std::string clientId_;
+    bool tls_ = false;
     std::string told_;  // the cause told last; "" once a connection held
     bool againTold_ = false;
     bool mqtt311_ = false;

@@ -6,6 +6,8 @@
 #include <cerrno>
 #include <cstring>
 
+#include "links/mqtt/tcp_probe.h"
+
 namespace kova::mqtt {
 
 namespace {
@@ -57,7 +59,8 @@ int connectFirst(mosquitto* c, const MqttOptions& o, bool mqtt311) {
 }  // namespace
 
 MqttLink::MqttLink(const MqttOptions& options)
-    : options_(options), teller_(options.host, options.port, options.clientId) {}
+    : options_(options),
+      teller_(options.host, options.port, options.clientId, !options.caFile.empty()) {}
 
 std::unique_ptr<MqttLink> MqttLink::Start(const MqttOptions& options, std::string& error) {
     InitLibraryOnce();
@@ -202,10 +205,27 @@ void MqttLink::run() {
             will_ = std::move(will);
         }
         errno = 0;
-        int rc =
-            first ? connectFirst(c, options_, teller_.useMqtt311()) : mosquitto_reconnect_async(c);
-        int err = errno;
-        first = false;
+        int rc = MOSQ_ERR_SUCCESS;
+        int err = 0;
+        if (first) {
+            // The first connect waits for TCP without a limit: the network is asked first.
+            const TcpProbe probe = ProbeTcp(options_.host, options_.port, options_.connectWait,
+                                            [this] { return stop_ || stopping_; });
+            if (probe.outcome == TcpProbe::Outcome::Stopped) break;
+            if (probe.outcome == TcpProbe::Outcome::Reached) {
+                errno = 0;
+                rc = connectFirst(c, options_, teller_.useMqtt311());
+                err = errno;
+                // Later attempts reconnect with what this one gave the library.
+                first = false;
+            } else {
+                rc = probe.outcome == TcpProbe::Outcome::NoSuchHost ? MOSQ_ERR_EAI : MOSQ_ERR_ERRNO;
+                err = probe.err;
+            }
+        } else {
+            rc = mosquitto_reconnect_async(c);
+            err = errno;
+        }
         if (rc == MOSQ_ERR_SUCCESS) {
             // Until the connection ends: a clean stop ends it with "offline" and DISCONNECT.
             while (!stop_) {

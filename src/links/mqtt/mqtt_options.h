@@ -1,5 +1,6 @@
 #pragma once
 // What `kova-cli run --mqtt` needs to reach a broker.
+#include <chrono>
 #include <cstddef>
 #include <functional>
 #include <string>
@@ -38,6 +39,9 @@ struct MqttOptions {
     std::size_t maxPayloadBytes = 64;  // MqttLink::kMaxWritePayload
     // Incoming topics are kept up to this many bytes; 0: <prefix>/set/ and a tag name.
     std::size_t maxTopicBytes = 0;
+    // How long the broker's host may take to answer a connection before the link says it
+    // does not answer and tries again later.
+    std::chrono::milliseconds connectWait{10000};
 };
 
 // "HOST" or "HOST:PORT" (a bracketed IPv6 address keeps its colons: "[::1]:1884").
