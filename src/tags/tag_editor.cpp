@@ -326,6 +326,17 @@ void followMovedTags(Station& st, int deleted) {
     for (int t = 1; t <= kTrendCount; ++t)
         for (int p = 1; p <= kPenCount; ++p) follow(st.trends.TrendTable(t, p));
     follow(st.logging.ConditionTag);
+    // The extremes kept for tags 1..14 move up with their tags; the tag that moves in as the
+    // fourteenth has none kept yet, so its present value starts them, as a reset would.
+    if (deleted >= 1 && deleted <= kMinMaxTags) {
+        MinMaxState& mm = st.minMax;
+        for (int i = deleted; i < kMinMaxTags; ++i) {
+            mm.TagMaximum[i] = mm.TagMaximum[i + 1];
+            mm.TagMinimum[i] = mm.TagMinimum[i + 1];
+        }
+        mm.TagMaximum[kMinMaxTags] = st.tags[kMinMaxTags].Value;
+        mm.TagMinimum[kMinMaxTags] = st.tags[kMinMaxTags].Value;
+    }
 }
 
 }  // namespace

@@ -813,6 +813,38 @@ TEST(TagEditor, DeletingATagCarriesEveryLaterTagNumberAlong) {
     EXPECT_EQ(TagNumberInUse(r.st, 32), "");
 }
 
+TEST(TagEditor, DeletingATagMovesTheMinMaxRowsAlongWithTheirTags) {
+    Users r;
+    for (int i = 1; i <= kMinMaxTags; ++i) {
+        r.st.minMax.TagMaximum[i] = static_cast<float>(100 + i);
+        r.st.minMax.TagMinimum[i] = static_cast<float>(-i);
+    }
+    r.st.tags[15].Value = 42.5f;  // moves in as the fourteenth tag
+    r.show(5);
+    r.prompt.yesNoAnswers = {true};
+    ASSERT_TRUE(TagFormDelete(r.st, r.form));
+    // Rows 1..4 stay; V6 (now tag 5) keeps the extremes it had as tag 6, and so on.
+    EXPECT_EQ(r.st.minMax.TagMaximum[4], 104.0f);
+    EXPECT_EQ(r.st.tags[5].TagName, "V6");
+    EXPECT_EQ(r.st.minMax.TagMaximum[5], 106.0f);
+    EXPECT_EQ(r.st.minMax.TagMinimum[5], -6.0f);
+    EXPECT_EQ(r.st.minMax.TagMaximum[13], 114.0f);
+    // The former tag 15 has no extremes kept yet: its present value starts them.
+    EXPECT_EQ(r.st.tags[14].TagName, "V15");
+    EXPECT_EQ(r.st.minMax.TagMaximum[14], 42.5f);
+    EXPECT_EQ(r.st.minMax.TagMinimum[14], 42.5f);
+}
+
+TEST(TagEditor, DeletingATagAfterTheFourteenthLeavesTheMinMaxRowsAlone) {
+    Users r;
+    for (int i = 1; i <= kMinMaxTags; ++i) r.st.minMax.TagMaximum[i] = static_cast<float>(i);
+    r.show(20);
+    r.prompt.yesNoAnswers = {true};
+    ASSERT_TRUE(TagFormDelete(r.st, r.form));
+    for (int i = 1; i <= kMinMaxTags; ++i)
+        EXPECT_EQ(r.st.minMax.TagMaximum[i], static_cast<float>(i)) << i;
+}
+
 namespace {
 // Deleting tag n is refused with one warning; the table stays as it was.
 void expectDeleteRefused(Users& r, int n, const std::string& warning) {
