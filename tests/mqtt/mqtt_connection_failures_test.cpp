@@ -70,20 +70,27 @@ TEST(MqttConnection, ABrokerThatIsNotThereIsSaidOnceAndTriedUntilItComes) {
         "connected to the broker at 127.0.0.1:" + std::to_string(broker.port()) + " again"));
 }
 
+// A listening socket on a free loopback port; `address` is where it listens.
+int LoopbackListener(int backlog, sockaddr_in& address) {
+    const int fd = socket(AF_INET, SOCK_STREAM, 0);
+    address = {};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address);
+    socklen_t len = sizeof address;
+    getsockname(fd, reinterpret_cast<sockaddr*>(&address), &len);
+    listen(fd, backlog);
+    return fd;
+}
+
 // A port that takes no more connections: its listener never accepts, and its queue is
 // full, so the kernel drops every new attempt as a host behind a dropping firewall does.
 class SilentPort {
   public:
     SilentPort() {
-        listener_ = socket(AF_INET, SOCK_STREAM, 0);
         sockaddr_in a{};
-        a.sin_family = AF_INET;
-        a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        bind(listener_, reinterpret_cast<sockaddr*>(&a), sizeof a);
-        socklen_t len = sizeof a;
-        getsockname(listener_, reinterpret_cast<sockaddr*>(&a), &len);
+        listener_ = LoopbackListener(0, a);
         port_ = ntohs(a.sin_port);
-        listen(listener_, 0);
         for (int i = 0; i < 3; ++i) {
             const int c = socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK, 0);
             connect(c, reinterpret_cast<sockaddr*>(&a), sizeof a);
@@ -173,15 +180,9 @@ TEST(MqttConnection, AnotherClientWithTheStationsIdIsToldAsATakeover) {
 class Mqtt311Broker {
   public:
     Mqtt311Broker() {
-        listener_ = socket(AF_INET, SOCK_STREAM, 0);
         sockaddr_in a{};
-        a.sin_family = AF_INET;
-        a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        bind(listener_, reinterpret_cast<sockaddr*>(&a), sizeof a);
-        socklen_t len = sizeof a;
-        getsockname(listener_, reinterpret_cast<sockaddr*>(&a), &len);
+        listener_ = LoopbackListener(4, a);
         port_ = ntohs(a.sin_port);
-        listen(listener_, 4);
         thread_ = std::thread([this] { serve(); });
     }
     ~Mqtt311Broker() {
