@@ -1,6 +1,5 @@
 #include "links/mqtt/tcp_probe.h"
 
-#include <fcntl.h>
 #include <netdb.h>
 #include <poll.h>
 #include <sys/socket.h>
